@@ -1,0 +1,37 @@
+add_library(zemtime
+    Zem/Os/ZemTime.cpp
+    Zem/Os/ZemTimeEmitInline.cpp
+    Zem/Os/ZemTimeGregorian.cpp
+    Zem/Os/ZemTimePrintCompact.cpp
+    Zem/Os/ZemTimeRangeVector.cpp
+    Zem/Utils/ZemAllocator.cpp
+    Zem/Utils/ZemStdCLib.cpp)
+add_library(ZemTime::zemtime ALIAS zemtime)
+
+# macOS has the two functions itself.
+if(NOT APPLE)
+    target_sources(zemtime PRIVATE Zem/Os/SysDep/ZemHostClockPosix.cpp)
+endif()
+
+set_source_files_properties(Zem/Os/ZemTimeEmitInline.cpp PROPERTIES
+    SKIP_UNITY_BUILD_INCLUSION ON)
+
+# No exceptions and no C++ runtime: a C program links the library with nothing else.
+target_compile_options(zemtime PRIVATE
+    $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti>)
+set_target_properties(zemtime PROPERTIES
+    CXX_STANDARD 17
+    CXX_STANDARD_REQUIRED ON
+    CXX_EXTENSIONS OFF
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON
+    POSITION_INDEPENDENT_CODE ON
+    LINKER_LANGUAGE C
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR})
+target_include_directories(zemtime PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+    $<INSTALL_INTERFACE:include>)
+if(ZEMTIME_LIBC_CALENDAR)
+    target_compile_definitions(zemtime PRIVATE ZEMTIME_LIBC_CALENDAR)
+endif()
