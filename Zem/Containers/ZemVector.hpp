@@ -17,8 +17,7 @@
 
 #include "Zem/Utils/ZemAllocatorInline.h"
 
-namespace ZemVector
-{
+namespace ZemVector {
 
 template <class Vector>
 using ElementOf = std::remove_pointer_t<decltype(Vector::begin)>;

@@ -25,9 +25,7 @@ ZemTime* ZemTimeConstruct(ZemTime* obj_)
     return obj_;
 }
 
-void ZemTimeDestruct(ZemTime* /*obj_*/)
-{
-}
+void ZemTimeDestruct(ZemTime* /*obj_*/) {}
 
 ZemTime* ZemTimeConstructCopy(ZemTime* dst_, const ZemTime* src_)
 {

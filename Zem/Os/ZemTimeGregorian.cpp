@@ -6,8 +6,7 @@
 // Validation and comparison
 // ---------------------------------------------------------------------------------------------
 
-namespace
-{
+namespace {
 
 bool IsLeapYear(ZemInt year)
 {
@@ -28,9 +27,10 @@ ZemInt DaysInMonth(ZemInt year, ZemInt month)
 ZemBool ZemGregorianTimeValidateFields_(ZemInt year, ZemInt month, ZemInt monthDay, ZemInt hour,
                                         ZemInt minute, ZemInt second, ZemTime nanosecond)
 {
-    return month >= 1 && month <= 12 && monthDay >= 1 && monthDay <= DaysInMonth(year, month) &&
-           hour >= 0 && hour <= 23 && minute >= 0 && minute <= 59 && second >= 0 && second <= 60 &&
-           nanosecond >= 0 && nanosecond <= 999999999;
+    return month >= 1 && month <= 12 && monthDay >= 1 &&
+           (monthDay <= 28 || monthDay <= DaysInMonth(year, month)) && hour >= 0 && hour <= 23 &&
+           minute >= 0 && minute <= 59 && second >= 0 && second <= 60 && nanosecond >= 0 &&
+           nanosecond <= 999999999;
 }
 
 ZemBool ZemGregorianTimeEqual(const ZemGregorianTime* a, const ZemGregorianTime* b)
@@ -72,12 +72,16 @@ ZemBool ZemGregorianTimeLess(const ZemGregorianTime* a, const ZemGregorianTime* 
 // Parsing
 // ---------------------------------------------------------------------------------------------
 
-namespace
-{
+namespace {
 
 bool IsDigit(char c)
 {
     return c >= '0' && c <= '9';
+}
+
+ZemInt TwoDigits(const char* p)
+{
+    return (p[0] - '0') * 10 + (p[1] - '0');
 }
 
 // Reads a field as strtoul does, white space and sign included, moves `p` past it and returns the
@@ -91,28 +95,6 @@ ZemDistanceT ReadField(const char*& p, ZemInt& value)
     return width;
 }
 
-// Reads a field of exactly two characters. Two digits before something else are all that strtoul
-// would take, and are read without it.
-bool ReadTwo(const char*& p, ZemInt& value)
-{
-    if (IsDigit(p[0]) && IsDigit(p[1]) && !IsDigit(p[2])) {
-        value = (p[0] - '0') * 10 + (p[1] - '0');
-        p += 2;
-        return true;
-    }
-    return ReadField(p, value) == 2;
-}
-
-bool ReadFour(const char*& p, ZemInt& value)
-{
-    if (IsDigit(p[0]) && IsDigit(p[1]) && IsDigit(p[2]) && IsDigit(p[3]) && !IsDigit(p[4])) {
-        value = (p[0] - '0') * 1000 + (p[1] - '0') * 100 + (p[2] - '0') * 10 + (p[3] - '0');
-        p += 4;
-        return true;
-    }
-    return ReadField(p, value) == 4;
-}
-
 bool Skip(const char*& p, char expected)
 {
     if (*p != expected) {
@@ -122,71 +104,102 @@ bool Skip(const char*& p, char expected)
     return true;
 }
 
+// Reads a field of exactly two characters and the separator after it. Two digits in front of it
+// are all that strtoul would take, and are read without it.
+bool ReadTwo(const char*& p, ZemInt& value, char separator)
+{
+    if (IsDigit(p[0]) && IsDigit(p[1]) && p[2] == separator) {
+        value = TwoDigits(p);
+        p += 3;
+        return true;
+    }
+    return ReadField(p, value) == 2 && Skip(p, separator);
+}
+
+// The same without a separator.
+bool ReadTwo(const char*& p, ZemInt& value)
+{
+    if (IsDigit(p[0]) && IsDigit(p[1]) && !IsDigit(p[2])) {
+        value = TwoDigits(p);
+        p += 2;
+        return true;
+    }
+    return ReadField(p, value) == 2;
+}
+
+bool ReadFour(const char*& p, ZemInt& value, char separator)
+{
+    if (IsDigit(p[0]) && IsDigit(p[1]) && IsDigit(p[2]) && IsDigit(p[3]) && p[4] == separator) {
+        value = TwoDigits(p) * 100 + TwoDigits(p + 2);
+        p += 5;
+        return true;
+    }
+    return ReadField(p, value) == 4 && Skip(p, separator);
+}
+
 // Reads the digits after a decimal point as nanoseconds; those after the ninth are passed over.
 ZemInt ReadFraction(const char*& p)
 {
+    constexpr ZemInt kUnits[] = {1000000000, 100000000, 10000000, 1000000, 100000,
+                                 10000,      1000,      100,      10,      1};
     ZemInt nanos = 0;
     int digits = 0;
     for (; IsDigit(*p) && digits < 9; ++p, ++digits) {
         nanos = nanos * 10 + (*p - '0');
     }
-    for (; digits < 9; ++digits) {
-        nanos *= 10;
-    }
     while (IsDigit(*p)) {
         ++p;
     }
-    return nanos;
+    return nanos * kUnits[digits];
 }
 
-// Reads Z, or an optional space, a sign and an offset, as seconds east of UTC.
-bool ReadZone(const char*& p, ZemInt& offset)
+// Reads an offset without its sign, as seconds.
+bool ReadOffset(const char*& p, ZemInt& offset)
 {
-    offset = 0;
-    if (Skip(p, 'Z')) {
-        return true;
-    }
-    Skip(p, ' ');
-    bool negative = *p == '-';
-    if (!negative && *p != '+') {
-        return false;
-    }
-    ++p;
-
-    ZemInt field;
-    ZemInt hours = 0;
+    ZemInt hours;
     ZemInt minutes = 0;
     ZemInt seconds = 0;
-    switch (ReadField(p, field)) {
+    switch (ReadField(p, hours)) {
         case 2:
-            hours = field;
             if (Skip(p, ':')) {
-                if (!ReadTwo(p, minutes)) {
-                    return false;
-                }
-                if (Skip(p, ':') && !ReadTwo(p, seconds)) {
+                if (!ReadTwo(p, minutes) || (Skip(p, ':') && !ReadTwo(p, seconds))) {
                     return false;
                 }
             }
             break;
         case 4:
-            hours = field / 100;
-            minutes = field % 100;
+            minutes = hours % 100;
+            hours /= 100;
             break;
         case 6:
-            hours = field / 10000;
-            minutes = field / 100 % 100;
-            seconds = field % 100;
+            seconds = hours % 100;
+            minutes = hours / 100 % 100;
+            hours /= 10000;
             break;
         default:
             return false;
     }
-    // Fields of six characters at most: the sum stays below 400,000,000.
+    // A field of two characters is at most 99: the sum cannot overflow.
     offset = (hours * 60 + minutes) * 60 + seconds;
-    if (negative) {
-        offset = -offset;
-    }
     return true;
+}
+
+// Reads Z, or an optional space, a sign and an offset, as seconds east of UTC.
+bool ReadZone(const char*& p, ZemInt& offset)
+{
+    if (Skip(p, 'Z')) {
+        offset = 0;
+        return true;
+    }
+    Skip(p, ' ');
+    if (Skip(p, '+')) {
+        return ReadOffset(p, offset);
+    }
+    if (Skip(p, '-') && ReadOffset(p, offset)) {
+        offset = -offset;
+        return true;
+    }
+    return false;
 }
 
 }  // namespace
@@ -203,9 +216,9 @@ ZemGregorianTime* ZemGregorianTimeConstructCStr(ZemGregorianTime* gt, const char
     ZemInt nanos = 0;
     ZemInt offset;
 
-    if (!ReadFour(p, year) || !Skip(p, '-') || !ReadTwo(p, month) || !Skip(p, '-') ||
-        !ReadTwo(p, day) || !(Skip(p, 'T') || Skip(p, ' ')) || !ReadTwo(p, hour) || !Skip(p, ':') ||
-        !ReadTwo(p, minute) || !Skip(p, ':') || !ReadTwo(p, second)) {
+    if (!ReadFour(p, year, '-') || !ReadTwo(p, month, '-') || !ReadTwo(p, day) ||
+        !(Skip(p, 'T') || Skip(p, ' ')) || !ReadTwo(p, hour, ':') || !ReadTwo(p, minute, ':') ||
+        !ReadTwo(p, second)) {
         return nullptr;
     }
     if (Skip(p, '.')) {
@@ -226,8 +239,7 @@ ZemGregorianTime* ZemGregorianTimeConstructCStr(ZemGregorianTime* gt, const char
 // Printing
 // ---------------------------------------------------------------------------------------------
 
-namespace
-{
+namespace {
 
 // The fields as they are printed.
 struct PrintedFields {

@@ -276,29 +276,30 @@ ZEM_INLINE ZemBool ZemGregorianTimeSetUTCOffset(ZemGregorianTime* gt, ZemInt off
 
 ZEM_INLINE ZemTime ZemTimeFromSecsAndNanosecs_(ZemInt64 secs, ZemInt64 nanosecs)
 {
+    if (secs >= -9223372036 && secs <= 9223372035 && nanosecs >= 0 && nanosecs <= 999999999) {
+        return secs * 1000000000 + nanosecs;
+    }
     // Seconds this large are outside whatever the nanoseconds add (at most 9,223,372,037 s).
     if (secs < -20000000000 || secs > 20000000000) {
         return ZEM_TIME_INFINITE;
     }
-    if (nanosecs < 0 || nanosecs > 999999999) {
-        secs += nanosecs / 1000000000;
-        nanosecs %= 1000000000;
-        if (nanosecs < 0) {
-            secs -= 1;
-            nanosecs += 1000000000;
-        }
+    secs += nanosecs / 1000000000;
+    nanosecs %= 1000000000;
+    if (nanosecs < 0) {
+        secs -= 1;
+        nanosecs += 1000000000;
     }
-    if (secs < -9223372036 || secs > 9223372035) {
-        // The first and the last second that a ZemTime reaches, each in part.
-        if (secs == -9223372037 && nanosecs >= 145224192) {
-            return -9223372036000000000 + (nanosecs - 1000000000);
-        }
-        if (secs == 9223372036 && nanosecs <= 854775807) {
-            return 9223372036000000000 + nanosecs;
-        }
-        return ZEM_TIME_INFINITE;
+    if (secs >= -9223372036 && secs <= 9223372035) {
+        return secs * 1000000000 + nanosecs;
     }
-    return secs * 1000000000 + nanosecs;
+    // The first and the last second that a ZemTime reaches, each in part.
+    if (secs == -9223372037 && nanosecs >= 145224192) {
+        return -9223372036000000000 + (nanosecs - 1000000000);
+    }
+    if (secs == 9223372036 && nanosecs <= 854775807) {
+        return 9223372036000000000 + nanosecs;
+    }
+    return ZEM_TIME_INFINITE;
 }
 
 ZEM_INLINE ZemTime ZemGregorianTimeGetLocalTime(const ZemGregorianTime* gt)

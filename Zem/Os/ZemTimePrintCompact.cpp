@@ -3,8 +3,7 @@
 #include "Zem/Os/ZemTime.h"
 #include "Zem/Utils/ZemStdCLib.h"
 
-namespace
-{
+namespace {
 
 constexpr ZemUint64 kMicrosecond = 1000;
 constexpr ZemUint64 kMillisecond = 1000 * kMicrosecond;
@@ -13,9 +12,11 @@ constexpr ZemUint64 kMinute = 60 * kSecond;
 constexpr ZemUint64 kHour = 60 * kMinute;
 constexpr ZemUint64 kDay = 24 * kHour;
 
-// Prints `whole` units and `frac` thousandths with as many decimals as three digits allow.
-void PrintFrac_(char* buf, ZemSizeT len, const char* unit, ZemUint whole, ZemUint frac)
+// Prints `thousandths` of a unit, under 1,000,000, with as many decimals as three digits allow.
+void PrintFrac_(char* buf, ZemSizeT len, const char* unit, ZemUint64 thousandths)
 {
+    auto whole = static_cast<ZemUint>(thousandths / 1000);
+    auto frac = static_cast<ZemUint>(thousandths % 1000);
     if (whole >= 100) {
         ZemSNPrintf(buf, len, "%u %s", whole, unit);
     } else if (whole >= 10) {
@@ -40,30 +41,25 @@ const char* ZemTimePrintCompact(ZemTime t, char* buf, ZemSizeT len)
         }
     }
 
-    auto ns = static_cast<ZemUint>(n % 1000);
-    auto us = static_cast<ZemUint>(n / kMicrosecond % 1000);
-    auto ms = static_cast<ZemUint>(n / kMillisecond % 1000);
-    auto s = static_cast<ZemUint>(n / kSecond % 60);
-    auto m = static_cast<ZemUint>(n / kMinute % 60);
-    auto h = static_cast<ZemUint>(n / kHour % 24);
-    auto days = static_cast<ZemUint>(n / kDay);
-
     if (n < kMicrosecond) {
-        ZemSNPrintf(wp, len, "%u ns", ns);
+        ZemSNPrintf(wp, len, "%u ns", static_cast<ZemUint>(n));
     } else if (n < kMillisecond) {
-        PrintFrac_(wp, len, "\xC2\xB5s", us, ns);
+        PrintFrac_(wp, len, "\xC2\xB5s", n / (kMicrosecond / 1000));
     } else if (n < kSecond) {
-        PrintFrac_(wp, len, "ms", ms, us);
+        PrintFrac_(wp, len, "ms", n / (kMillisecond / 1000));
     } else if (n < kMinute) {
-        PrintFrac_(wp, len, "s", s, ms);
+        PrintFrac_(wp, len, "s", n / (kSecond / 1000));
     } else if (n < kHour) {
-        ZemSNPrintf(wp, len, "%u m %u s", m, s);
+        auto s = static_cast<ZemUint>(n / kSecond);
+        ZemSNPrintf(wp, len, "%u m %u s", s / 60, s % 60);
     } else if (n < kDay) {
-        ZemSNPrintf(wp, len, "%u h %u m", h, m);
+        auto m = static_cast<ZemUint>(n / kMinute);
+        ZemSNPrintf(wp, len, "%u h %u m", m / 60, m % 60);
     } else if (n < 100 * kDay) {
-        ZemSNPrintf(wp, len, "%u d %u h", days, h);
+        auto h = static_cast<ZemUint>(n / kHour);
+        ZemSNPrintf(wp, len, "%u d %u h", h / 24, h % 24);
     } else {
-        ZemSNPrintf(wp, len, "%u d", days);
+        ZemSNPrintf(wp, len, "%u d", static_cast<ZemUint>(n / kDay));
     }
     return buf;
 }

@@ -107,5 +107,4 @@ ZemVector_ZemTimeRangeIterator ZemVector_ZemTimeRangeEraseRange(
 
 void ZemVector_ZemTimeRangeDump(const ZemVector_ZemTimeRange* /*x*/, const char* /*name*/,
                                 ZemUint32 /*tabStop*/)
-{
-}
+{}

@@ -3,8 +3,7 @@
 #include <cstddef>
 #include <cstdlib>
 
-namespace
-{
+namespace {
 
 constexpr ZemSizeT kAlignment = 16;
 static_assert(kAlignment >= alignof(std::max_align_t), "a block suits any scalar type");

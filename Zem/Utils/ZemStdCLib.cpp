@@ -9,8 +9,53 @@
 // Text
 // ---------------------------------------------------------------------------------------------
 
-namespace
+namespace {
+
+const char kDigitPairs[] =
+    "0001020304050607080910111213141516171819202122232425262728293031323334353637383940414243444546"
+    "4748495051525354555657585960616263646566676869707172737475767778798081828384858687888990919293"
+    "949596979899";
+
+constexpr ZemSizeT kMaxNumberSize = 11;  // a sign and the ten digits of 2^32 - 1
+
+unsigned CountDigits(ZemUint32 value)
 {
+    unsigned count = 1;
+    for (; value >= 10000; value /= 10000) {
+        count += 4;
+    }
+    return count + (value >= 10) + (value >= 100) + (value >= 1000);
+}
+
+// Writes a number in decimal to `out`, padded to `width` (0 to 9) as printf pads: with zeros after
+// the sign, or with spaces in front of it. Returns its size, at most kMaxNumberSize.
+unsigned WriteNumber(char* out, ZemUint32 magnitude, bool negative, unsigned width, bool zeros)
+{
+    char* p = out;
+    unsigned digits = CountDigits(magnitude);
+    unsigned size = digits + (negative ? 1 : 0);
+    if (size < width) {
+        if (zeros) {
+            digits += width - size;
+        } else {
+            std::memset(p, ' ', width - size);
+            p += width - size;
+        }
+    }
+    if (negative) {
+        *p++ = '-';
+    }
+    char* end = p + digits;
+    for (p = end; digits >= 2; digits -= 2) {
+        p -= 2;
+        std::memcpy(p, kDigitPairs + 2 * (magnitude % 100), 2);
+        magnitude /= 100;
+    }
+    if (digits == 1) {
+        *--p = static_cast<char>('0' + magnitude);
+    }
+    return static_cast<unsigned>(end - out);
+}
 
 // A bounded text under construction: `length` counts all that was appended, what lies beyond
 // `capacity` bytes is dropped.
@@ -18,6 +63,14 @@ struct BoundedText {
     char* buf;
     ZemSizeT capacity;
     ZemSizeT length;
+
+    void Append(char c)
+    {
+        if (length < capacity) {
+            buf[length] = c;
+        }
+        ++length;
+    }
 
     void Append(const char* text, ZemSizeT size)
     {
@@ -27,53 +80,24 @@ struct BoundedText {
         length += size;
     }
 
-    void AppendRepeated(char c, ZemSizeT count)
+    void AppendNumber(ZemUint32 magnitude, bool negative, unsigned width, bool zeros)
     {
-        if (length < capacity) {
-            std::memset(buf + length, c, std::min(count, capacity - length));
+        if (length + kMaxNumberSize <= capacity) {
+            length += WriteNumber(buf + length, magnitude, negative, width, zeros);
+        } else {
+            char number[kMaxNumberSize];
+            Append(number, WriteNumber(number, magnitude, negative, width, zeros));
         }
-        length += count;
     }
 
     // The last byte makes room for the NUL where the text was cut.
-    void Terminate()
+    void Terminate() const
     {
         if (capacity != 0) {
             buf[std::min(length, capacity - 1)] = '\0';
         }
     }
 };
-
-bool IsDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-// Appends `magnitude` in decimal, padded to `width` as printf pads: with zeros between the sign and
-// the digits, or with spaces in front of the sign.
-void AppendNumber(BoundedText& text, ZemUint32 magnitude, bool negative, unsigned width, bool zeros)
-{
-    char digits[10];  // 2^32 - 1 has ten
-    char* first = digits + sizeof digits;
-    do {
-        *--first = static_cast<char>('0' + magnitude % 10);
-        magnitude /= 10;
-    } while (magnitude != 0);
-
-    auto count = static_cast<unsigned>(digits + sizeof digits - first);
-    unsigned used = count + (negative ? 1 : 0);
-    unsigned padding = width > used ? width - used : 0;
-    if (!zeros) {
-        text.AppendRepeated(' ', padding);
-    }
-    if (negative) {
-        text.Append("-", 1);
-    }
-    if (zeros) {
-        text.AppendRepeated('0', padding);
-    }
-    text.Append(first, count);
-}
 
 }  // namespace
 
@@ -89,26 +113,25 @@ ZemSizeT ZemSNPrintf(char* buf, ZemSizeT len, const char* format, ...)
     const char* p = format;
     while (known && *p != '\0') {
         if (*p != '%') {
-            text.Append(p, 1);
-            ++p;
+            text.Append(*p++);
             continue;
         }
         ++p;
         bool zeros = *p == '0';
         p += zeros ? 1 : 0;
         unsigned width = 0;
-        if (IsDigit(*p)) {
+        if (*p >= '1' && *p <= '9') {
             width = static_cast<unsigned>(*p++ - '0');
         }
         switch (*p++) {
             case 'd': {
                 int value = va_arg(args, int);
                 auto bits = static_cast<ZemUint32>(value);
-                AppendNumber(text, value < 0 ? 0 - bits : bits, value < 0, width, zeros);
+                text.AppendNumber(value < 0 ? 0 - bits : bits, value < 0, width, zeros);
                 break;
             }
             case 'u':
-                AppendNumber(text, va_arg(args, unsigned), false, width, zeros);
+                text.AppendNumber(va_arg(args, unsigned), false, width, zeros);
                 break;
             case 's': {
                 const char* s = va_arg(args, const char*);
@@ -124,10 +147,9 @@ ZemSizeT ZemSNPrintf(char* buf, ZemSizeT len, const char* format, ...)
         }
     }
 
-    ZemSizeT length;
+    ZemSizeT length = text.length;
     if (known) {
         text.Terminate();
-        length = text.length;
     } else {
         length = static_cast<ZemSizeT>(std::vsnprintf(buf, len, format, allArgs));
     }
@@ -175,20 +197,19 @@ time_t ZemTimeGm(const struct tm* t)
 
 // Civil arithmetic after Neri and Schneider, "Euclidean affine functions and their application to
 // calendar algorithms" (2022): a computational calendar whose years begin on March 1, so that the
-// leap day comes last, counted from the start of an era of 400 years.
+// leap day comes last.
 
-namespace
-{
+namespace {
 
 constexpr ZemInt64 kSecsPerDay = 86400;
-constexpr ZemInt64 kDaysPerEra = 146097;  // a whole number of weeks
+constexpr ZemInt64 kDaysPerEra = 146097;  // 400 years, a whole number of weeks
 constexpr ZemInt64 kYearsPerEra = 400;
 
-// From 0000-03-01 to 1970-01-01.
+// From 0000-03-01, a Wednesday, to 1970-01-01.
 constexpr ZemInt64 kEpochDay = 719468;
 
-// Added to make every quantity unsigned: more eras than an int of years, with the months that an
-// int of months adds, can go below 0.
+// Added to make every quantity unsigned: more eras than an int of years, with the years that an
+// int of months and of days adds, can go below 0.
 constexpr ZemInt64 kBiasEras = 6000000;
 constexpr ZemInt64 kBiasYears = kBiasEras * kYearsPerEra;
 constexpr ZemInt64 kBiasDays = kBiasEras * kDaysPerEra + kEpochDay;
@@ -211,32 +232,31 @@ struct tm* ZemGmTimeR(const time_t* secs, struct tm* result)
         return nullptr;
     }
     auto biased = static_cast<ZemUint64>(*secs + kBiasDays * kSecsPerDay);
-    ZemUint64 biasedDay = biased / kSecsPerDay;
+    ZemUint64 day = biased / kSecsPerDay;
     auto secondOfDay = static_cast<ZemUint32>(biased % kSecsPerDay);
-    auto era = static_cast<ZemInt64>(biasedDay / kDaysPerEra) - kBiasEras;
-    auto dayOfEra = static_cast<ZemUint32>(biasedDay % kDaysPerEra);  // 0 .. 146096
 
-    ZemUint32 n1 = 4 * dayOfEra + 3;
-    ZemUint32 century = n1 / 146097;                               // 0 .. 3
-    ZemUint32 n2 = n1 % 146097 | 3;                                // 4 * day of century + 3
-    ZemUint64 p2 = ZemUint64{2939745} * n2;                        // n2 / 1461 by multiplication
+    // With d days in four centuries (or years), (4 * day + 3) / d is the century (or year).
+    ZemUint64 n1 = 4 * day + 3;
+    ZemUint64 century = n1 / kDaysPerEra;
+    auto n2 = static_cast<ZemUint32>(n1 % kDaysPerEra) | 3;        // 4 * day of century + 3
+    ZemUint64 p2 = ZemUint64{2939745} * n2;                        // n2 / 1461 in the high half
     auto yearOfCentury = static_cast<ZemUint32>(p2 / 4294967296);  // 0 .. 99
     auto dayOfYear = static_cast<ZemUint32>(p2 % 4294967296) / 2939745 / 4;  // 0 .. 365
     ZemUint32 n3 = 2141 * dayOfYear + 197913;
-    ZemUint32 month = n3 / 65536;       // 3 .. 14: March .. February
-    ZemUint32 day = n3 % 65536 / 2141;  // 0 .. 30
+    ZemUint32 month = n3 / 65536;              // 3 .. 14: March .. February
+    ZemUint32 dayOfMonth = n3 % 65536 / 2141;  // 0 .. 30
 
     bool nextYear = dayOfYear >= 306;  // January and February
-    bool leap = yearOfCentury != 0 ? yearOfCentury % 4 == 0 : century == 0;
-    ZemInt64 year = era * kYearsPerEra + century * 100 + yearOfCentury + (nextYear ? 1 : 0);
+    bool leap = (yearOfCentury != 0 ? yearOfCentury : century) % 4 == 0;
+    auto year = static_cast<ZemInt64>(100 * century + yearOfCentury) - kBiasYears;
 
     result->tm_sec = static_cast<int>(secondOfDay % 60);
     result->tm_min = static_cast<int>(secondOfDay / 60 % 60);
     result->tm_hour = static_cast<int>(secondOfDay / 3600);
-    result->tm_mday = static_cast<int>(day + 1);
+    result->tm_mday = static_cast<int>(dayOfMonth + 1);
     result->tm_mon = static_cast<int>(nextYear ? month - 13 : month - 1);
-    result->tm_year = static_cast<int>(year - 1900);
-    result->tm_wday = static_cast<int>((dayOfEra + 3) % 7);  // eras begin on a Wednesday
+    result->tm_year = static_cast<int>(year - (nextYear ? 1899 : 1900));
+    result->tm_wday = static_cast<int>((day + 3) % 7);
     result->tm_yday = static_cast<int>(nextYear ? dayOfYear - 306 : dayOfYear + (leap ? 60 : 59));
     result->tm_isdst = 0;
     result->tm_gmtoff = 0;
@@ -259,10 +279,10 @@ time_t ZemTimeGm(const struct tm* t)
     // March .. February as 3 .. 14.
     bool lastYear = month < 2;
     auto marchMonth = static_cast<ZemUint32>(lastYear ? month + 13 : month + 1);
-    auto marchYear = static_cast<ZemUint64>(year - (lastYear ? 1 : 0));
+    auto marchYear = static_cast<ZemUint64>(lastYear ? year - 1 : year);
     ZemUint64 century = marchYear / 100;
     ZemUint64 firstOfMonth =
-        1461 * marchYear / 4 - century + century / 4 + (979 * marchMonth - 2919) / 32;
+        1461 * marchYear / 4 - century + century / 4 + ZemUint64{(979 * marchMonth - 2919) / 32};
 
     ZemInt64 day = static_cast<ZemInt64>(firstOfMonth) - kBiasDays + t->tm_mday - 1;
     ZemInt64 secs =
