@@ -17,8 +17,9 @@ set_source_files_properties(Zem/Os/ZemTimeEmitInline.cpp PROPERTIES
     SKIP_UNITY_BUILD_INCLUSION ON)
 
 # No exceptions and no C++ runtime: a C program links the library with nothing else.
+# Calls within the library may be inlined in a shared library too.
 target_compile_options(zemtime PRIVATE
-    $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti>)
+    $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-semantic-interposition>)
 set_target_properties(zemtime PROPERTIES
     CXX_STANDARD 17
     CXX_STANDARD_REQUIRED ON

@@ -84,151 +84,166 @@ ZemInt TwoDigits(const char* p)
     return (p[0] - '0') * 10 + (p[1] - '0');
 }
 
-// Reads a field as strtoul does, white space and sign included, moves `p` past it and returns the
-// number of characters it took.
-ZemDistanceT ReadField(const char*& p, ZemInt& value)
-{
-    char* end;
-    value = static_cast<ZemInt>(ZemStrToUint32(p, &end, 10));
-    ZemDistanceT width = end - p;
-    p = end;
-    return width;
-}
+// A number as strtoul reads it, white space and sign included, and how many characters it took.
+struct Field {
+    ZemInt value;
+    ZemDistanceT width;
+};
 
-bool Skip(const char*& p, char expected)
+Field ReadField(const char* p)
 {
-    if (*p != expected) {
-        return false;
-    }
-    ++p;
-    return true;
-}
-
-// Reads a field of exactly two characters and the separator after it. Two digits in front of it
-// are all that strtoul would take, and are read without it.
-bool ReadTwo(const char*& p, ZemInt& value, char separator)
-{
-    if (IsDigit(p[0]) && IsDigit(p[1]) && p[2] == separator) {
-        value = TwoDigits(p);
-        p += 3;
-        return true;
-    }
-    return ReadField(p, value) == 2 && Skip(p, separator);
-}
-
-// The same without a separator.
-bool ReadTwo(const char*& p, ZemInt& value)
-{
+    // Two digits alone are the field that occurs; strtoul would take no more.
     if (IsDigit(p[0]) && IsDigit(p[1]) && !IsDigit(p[2])) {
-        value = TwoDigits(p);
-        p += 2;
-        return true;
+        return {TwoDigits(p), 2};
     }
-    return ReadField(p, value) == 2;
+    char* end;
+    auto value = static_cast<ZemInt>(ZemStrToUint32(p, &end, 10));
+    return {value, end - p};
 }
 
-bool ReadFour(const char*& p, ZemInt& value, char separator)
-{
-    if (IsDigit(p[0]) && IsDigit(p[1]) && IsDigit(p[2]) && IsDigit(p[3]) && p[4] == separator) {
-        value = TwoDigits(p) * 100 + TwoDigits(p + 2);
-        p += 5;
-        return true;
-    }
-    return ReadField(p, value) == 4 && Skip(p, separator);
-}
-
-// Reads the digits after a decimal point as nanoseconds; those after the ninth are passed over.
-ZemInt ReadFraction(const char*& p)
-{
-    constexpr ZemInt kUnits[] = {1000000000, 100000000, 10000000, 1000000, 100000,
-                                 10000,      1000,      100,      10,      1};
-    ZemInt nanos = 0;
-    int digits = 0;
-    for (; IsDigit(*p) && digits < 9; ++p, ++digits) {
-        nanos = nanos * 10 + (*p - '0');
-    }
-    while (IsDigit(*p)) {
-        ++p;
-    }
-    return nanos * kUnits[digits];
-}
-
-// Reads an offset without its sign, as seconds.
-bool ReadOffset(const char*& p, ZemInt& offset)
-{
-    ZemInt hours;
-    ZemInt minutes = 0;
-    ZemInt seconds = 0;
-    switch (ReadField(p, hours)) {
-        case 2:
-            if (Skip(p, ':')) {
-                if (!ReadTwo(p, minutes) || (Skip(p, ':') && !ReadTwo(p, seconds))) {
-                    return false;
-                }
-            }
-            break;
-        case 4:
-            minutes = hours % 100;
-            hours /= 100;
-            break;
-        case 6:
-            seconds = hours % 100;
-            minutes = hours / 100 % 100;
-            hours /= 10000;
-            break;
-        default:
-            return false;
-    }
-    // A field of two characters is at most 99: the sum cannot overflow.
-    offset = (hours * 60 + minutes) * 60 + seconds;
-    return true;
-}
-
-// Reads Z, or an optional space, a sign and an offset, as seconds east of UTC.
-bool ReadZone(const char*& p, ZemInt& offset)
-{
-    if (Skip(p, 'Z')) {
-        offset = 0;
-        return true;
-    }
-    Skip(p, ' ');
-    if (Skip(p, '+')) {
-        return ReadOffset(p, offset);
-    }
-    if (Skip(p, '-') && ReadOffset(p, offset)) {
-        offset = -offset;
-        return true;
-    }
-    return false;
-}
-
-}  // namespace
-
-ZemGregorianTime* ZemGregorianTimeConstructCStr(ZemGregorianTime* gt, const char* s)
-{
-    const char* p = s;
+struct DateAndTime {
     ZemInt year;
     ZemInt month;
     ZemInt day;
     ZemInt hour;
     ZemInt minute;
     ZemInt second;
-    ZemInt nanos = 0;
-    ZemInt offset;
+};
 
-    if (!ReadFour(p, year, '-') || !ReadTwo(p, month, '-') || !ReadTwo(p, day) ||
-        !(Skip(p, 'T') || Skip(p, ' ')) || !ReadTwo(p, hour, ':') || !ReadTwo(p, minute, ':') ||
-        !ReadTwo(p, second)) {
+constexpr ZemDistanceT kDateAndTimeSize = 19;
+
+// Reads YYYY-MM-DD, T or a space, and hh:mm:ss, where nothing but digits stands in the fields: half
+// the cost of going field by field. No character is looked at unless the one before it fits.
+bool ReadDigits(const char* s, DateAndTime& t)
+{
+    if (!IsDigit(s[0]) || !IsDigit(s[1]) || !IsDigit(s[2]) || !IsDigit(s[3]) || s[4] != '-' ||
+        !IsDigit(s[5]) || !IsDigit(s[6]) || s[7] != '-' || !IsDigit(s[8]) || !IsDigit(s[9]) ||
+        (s[10] != 'T' && s[10] != ' ') || !IsDigit(s[11]) || !IsDigit(s[12]) || s[13] != ':' ||
+        !IsDigit(s[14]) || !IsDigit(s[15]) || s[16] != ':' || !IsDigit(s[17]) || !IsDigit(s[18]) ||
+        IsDigit(s[19])) {
+        return false;
+    }
+    t = {TwoDigits(s) * 100 + TwoDigits(s + 2),
+         TwoDigits(s + 5),
+         TwoDigits(s + 8),
+         TwoDigits(s + 11),
+         TwoDigits(s + 14),
+         TwoDigits(s + 17)};
+    return true;
+}
+
+// The same for any fields that strtoul reads in their width.
+bool ReadFields(const char* s, DateAndTime& t)
+{
+    Field year = ReadField(s);
+    if (year.width != 4 || s[4] != '-') {
+        return false;
+    }
+    Field month = ReadField(s + 5);
+    if (month.width != 2 || s[7] != '-') {
+        return false;
+    }
+    Field day = ReadField(s + 8);
+    if (day.width != 2 || (s[10] != 'T' && s[10] != ' ')) {
+        return false;
+    }
+    Field hour = ReadField(s + 11);
+    if (hour.width != 2 || s[13] != ':') {
+        return false;
+    }
+    Field minute = ReadField(s + 14);
+    if (minute.width != 2 || s[16] != ':') {
+        return false;
+    }
+    Field second = ReadField(s + 17);
+    t = {year.value, month.value, day.value, hour.value, minute.value, second.value};
+    return second.width == 2;
+}
+
+const ZemInt kNanosPerUnit[] = {1000000000, 100000000, 10000000, 1000000, 100000,
+                                10000,      1000,      100,      10,      1};
+
+// Reads Z, or an optional space, a sign and an offset, as seconds east of UTC, up to the text's
+// end.
+bool ReadZone(const char* p, ZemInt& offset)
+{
+    if (*p == 'Z') {
+        offset = 0;
+        return p[1] == '\0';
+    }
+    p += *p == ' ' ? 1 : 0;
+    char sign = *p;
+    if (sign != '+' && sign != '-') {
+        return false;
+    }
+    ++p;
+
+    Field hours = ReadField(p);
+    Field minutes = {0, 0};
+    Field seconds = {0, 0};
+    p += hours.width;
+    switch (hours.width) {
+        case 2:
+            if (*p == ':') {
+                minutes = ReadField(p + 1);
+                if (minutes.width != 2) {
+                    return false;
+                }
+                p += 3;
+                if (*p == ':') {
+                    seconds = ReadField(p + 1);
+                    if (seconds.width != 2) {
+                        return false;
+                    }
+                    p += 3;
+                }
+            }
+            break;
+        case 4:
+            minutes.value = hours.value % 100;
+            hours.value /= 100;
+            break;
+        case 6:
+            seconds.value = hours.value % 100;
+            minutes.value = hours.value / 100 % 100;
+            hours.value /= 10000;
+            break;
+        default:
+            return false;
+    }
+    // A field of two characters is at most 99: the sum cannot overflow.
+    ZemInt magnitude = (hours.value * 60 + minutes.value) * 60 + seconds.value;
+    offset = sign == '-' ? -magnitude : magnitude;
+    return *p == '\0';
+}
+
+}  // namespace
+
+ZemGregorianTime* ZemGregorianTimeConstructCStr(ZemGregorianTime* gt, const char* s)
+{
+    DateAndTime t;
+    if (!ReadDigits(s, t) && !ReadFields(s, t)) {
         return nullptr;
     }
-    if (Skip(p, '.')) {
-        nanos = ReadFraction(p);
+    const char* p = s + kDateAndTimeSize;
+
+    // Nine digits of a fraction count; further ones are passed over.
+    ZemInt nanos = 0;
+    if (*p == '.') {
+        int digits = 0;
+        for (++p; IsDigit(*p); ++p) {
+            if (digits < 9) {
+                nanos = nanos * 10 + (*p - '0');
+                ++digits;
+            }
+        }
+        nanos *= kNanosPerUnit[digits];
     }
-    if (!ReadZone(p, offset) || *p != '\0') {
-        return nullptr;
-    }
-    if (ZemGregorianTimeConstructFields(gt, year, month, day, hour, minute, second, nanos) ==
-        nullptr) {
+
+    ZemInt offset;
+    if (!ReadZone(p, offset) ||
+        ZemGregorianTimeConstructFields(gt, t.year, t.month, t.day, t.hour, t.minute, t.second,
+                                        nanos) == nullptr) {
         return nullptr;
     }
     ZemGregorianTimeSetUTCOffset(gt, offset);

@@ -16,45 +16,37 @@ const char kDigitPairs[] =
     "4748495051525354555657585960616263646566676869707172737475767778798081828384858687888990919293"
     "949596979899";
 
-constexpr ZemSizeT kMaxNumberSize = 11;  // a sign and the ten digits of 2^32 - 1
+constexpr unsigned kMaxDigits = 10;  // 2^32 - 1
+constexpr ZemUint32 kPowersOf10[kMaxDigits] = {1,      10,      100,      1000,      10000,
+                                               100000, 1000000, 10000000, 100000000, 1000000000};
 
 unsigned CountDigits(ZemUint32 value)
 {
     unsigned count = 1;
-    for (; value >= 10000; value /= 10000) {
-        count += 4;
+    while (count < kMaxDigits && value >= kPowersOf10[count]) {
+        ++count;
     }
-    return count + (value >= 10) + (value >= 100) + (value >= 1000);
+    return count;
 }
 
-// Writes a number in decimal to `out`, padded to `width` (0 to 9) as printf pads: with zeros after
-// the sign, or with spaces in front of it. Returns its size, at most kMaxNumberSize.
-unsigned WriteNumber(char* out, ZemUint32 magnitude, bool negative, unsigned width, bool zeros)
+// Writes `value`, below 100, in two digits.
+void WritePair(char* out, ZemUint32 value)
 {
-    char* p = out;
-    unsigned digits = CountDigits(magnitude);
-    unsigned size = digits + (negative ? 1 : 0);
-    if (size < width) {
-        if (zeros) {
-            digits += width - size;
-        } else {
-            std::memset(p, ' ', width - size);
-            p += width - size;
-        }
+    std::memcpy(out, kDigitPairs + 2 * value, 2);
+}
+
+// Writes `value` in exactly `count` digits, at least as many as it has and at most kMaxDigits.
+void WriteDigits(char* out, ZemUint32 value, unsigned count)
+{
+    for (; count > 2; value /= 100) {
+        count -= 2;
+        WritePair(out + count, value % 100);
     }
-    if (negative) {
-        *p++ = '-';
+    if (count == 2) {
+        WritePair(out, value);
+    } else {
+        *out = static_cast<char>('0' + value);
     }
-    char* end = p + digits;
-    for (p = end; digits >= 2; digits -= 2) {
-        p -= 2;
-        std::memcpy(p, kDigitPairs + 2 * (magnitude % 100), 2);
-        magnitude /= 100;
-    }
-    if (digits == 1) {
-        *--p = static_cast<char>('0' + magnitude);
-    }
-    return static_cast<unsigned>(end - out);
 }
 
 // A bounded text under construction: `length` counts all that was appended, what lies beyond
@@ -80,14 +72,40 @@ struct BoundedText {
         length += size;
     }
 
+    // Appends a number of `count` digits, at least one, with leading zeros where it has fewer.
+    void AppendDigits(ZemUint32 value, unsigned count)
+    {
+        if (length + kMaxDigits <= capacity) {
+            WriteDigits(buf + length, value, count);
+            length += count;
+        } else {
+            char digits[kMaxDigits];
+            WriteDigits(digits, value, count);
+            Append(digits, count);
+        }
+    }
+
+    // Appends a number in decimal, padded to `width` (0 to 9) as printf pads: with zeros after the
+    // sign, or with spaces in front of it.
     void AppendNumber(ZemUint32 magnitude, bool negative, unsigned width, bool zeros)
     {
-        if (length + kMaxNumberSize <= capacity) {
-            length += WriteNumber(buf + length, magnitude, negative, width, zeros);
-        } else {
-            char number[kMaxNumberSize];
-            Append(number, WriteNumber(number, magnitude, negative, width, zeros));
+        if (zeros && width != 0 && !negative && magnitude < kPowersOf10[width]) {
+            AppendDigits(magnitude, width);
+            return;
         }
+        unsigned digits = CountDigits(magnitude);
+        unsigned size = digits + (negative ? 1 : 0);
+        if (zeros) {
+            digits += width > size ? width - size : 0;
+        } else {
+            for (; size < width; ++size) {
+                Append(' ');
+            }
+        }
+        if (negative) {
+            Append('-');
+        }
+        AppendDigits(magnitude, digits);
     }
 
     // The last byte makes room for the NUL where the text was cut.
@@ -99,18 +117,57 @@ struct BoundedText {
     }
 };
 
+// What a date and time of day is printed with, wherever it stands at the start of a format.
+const char kDateFormat[] = "%04d-%02d-%02d %02d:%02d:%02d.%03d";
+constexpr ZemSizeT kDateFormatSize = sizeof kDateFormat - 1;
+constexpr ZemSizeT kDateSize = 23;
+
+// Writes the seven numbers of kDateFormat when each fills its width exactly; else returns false.
+bool WriteDate(char* out, const ZemUint32 (&n)[7])
+{
+    if (n[0] > 9999 || n[1] > 99 || n[2] > 99 || n[3] > 99 || n[4] > 99 || n[5] > 99 ||
+        n[6] > 999) {
+        return false;
+    }
+    std::memcpy(out, "0000-00-00 00:00:00.000", kDateSize);
+    WritePair(out, n[0] / 100);
+    WritePair(out + 2, n[0] % 100);
+    WritePair(out + 5, n[1]);
+    WritePair(out + 8, n[2]);
+    WritePair(out + 11, n[3]);
+    WritePair(out + 14, n[4]);
+    WritePair(out + 17, n[5]);
+    out[20] = static_cast<char>('0' + n[6] / 100);
+    WritePair(out + 21, n[6] % 100);
+    return true;
+}
+
 }  // namespace
 
 ZemSizeT ZemSNPrintf(char* buf, ZemSizeT len, const char* format, ...)
 {
-    std::va_list args;
-    std::va_list allArgs;
-    va_start(args, format);
-    va_copy(allArgs, args);
-
     BoundedText text{buf, len, 0};
-    bool known = true;
     const char* p = format;
+    std::va_list args;
+    va_start(args, format);
+
+    // Reading a date's format one conversion after the other costs twice as much as all the rest.
+    if (len >= kDateSize && format[0] == '%' && format[1] == '0' &&
+        std::strncmp(format, kDateFormat, kDateFormatSize) == 0) {
+        ZemUint32 numbers[7];
+        for (ZemUint32& number : numbers) {
+            number = va_arg(args, ZemUint32);
+        }
+        if (WriteDate(buf, numbers)) {
+            text.length = kDateSize;
+            p += kDateFormatSize;
+        } else {
+            va_end(args);
+            va_start(args, format);
+        }
+    }
+
+    bool known = true;
     while (known && *p != '\0') {
         if (*p != '%') {
             text.Append(*p++);
@@ -136,8 +193,8 @@ ZemSizeT ZemSNPrintf(char* buf, ZemSizeT len, const char* format, ...)
             case 's': {
                 const char* s = va_arg(args, const char*);
                 known = s != nullptr && width == 0 && !zeros;
-                if (known) {
-                    text.Append(s, std::strlen(s));
+                for (; known && *s != '\0'; ++s) {
+                    text.Append(*s);
                 }
                 break;
             }
@@ -146,22 +203,24 @@ ZemSizeT ZemSNPrintf(char* buf, ZemSizeT len, const char* format, ...)
                 break;
         }
     }
+    va_end(args);
 
-    ZemSizeT length = text.length;
     if (known) {
         text.Terminate();
-    } else {
-        length = static_cast<ZemSizeT>(std::vsnprintf(buf, len, format, allArgs));
+        return text.length;
     }
-    va_end(allArgs);
+    va_start(args, format);
+    int length = std::vsnprintf(buf, len, format, args);
     va_end(args);
-    return length;
+    return static_cast<ZemSizeT>(length);
 }
 
 ZemSizeT ZemStrLCpy(char* dst, const char* src, ZemSizeT size)
 {
     BoundedText text{dst, size, 0};
-    text.Append(src, std::strlen(src));
+    for (const char* p = src; *p != '\0'; ++p) {
+        text.Append(*p);
+    }
     text.Terminate();
     return text.length;
 }
@@ -246,18 +305,20 @@ struct tm* ZemGmTimeR(const time_t* secs, struct tm* result)
     ZemUint32 month = n3 / 65536;              // 3 .. 14: March .. February
     ZemUint32 dayOfMonth = n3 % 65536 / 2141;  // 0 .. 30
 
-    bool nextYear = dayOfYear >= 306;  // January and February
-    bool leap = (yearOfCentury != 0 ? yearOfCentury : century) % 4 == 0;
-    auto year = static_cast<ZemInt64>(100 * century + yearOfCentury) - kBiasYears;
+    // January and February end a computational year and begin a civil one. Numbers, as compilers
+    // make mispredictions of conditions.
+    ZemUint32 nextYear = dayOfYear >= 306 ? 1 : 0;
+    ZemUint32 leap = (yearOfCentury != 0 ? yearOfCentury : century) % 4 == 0 ? 1 : 0;
+    auto year = static_cast<ZemInt64>(100 * century + yearOfCentury + nextYear) - kBiasYears;
 
     result->tm_sec = static_cast<int>(secondOfDay % 60);
     result->tm_min = static_cast<int>(secondOfDay / 60 % 60);
     result->tm_hour = static_cast<int>(secondOfDay / 3600);
     result->tm_mday = static_cast<int>(dayOfMonth + 1);
-    result->tm_mon = static_cast<int>(nextYear ? month - 13 : month - 1);
-    result->tm_year = static_cast<int>(year - (nextYear ? 1899 : 1900));
+    result->tm_mon = static_cast<int>(month - 1 - 12 * nextYear);
+    result->tm_year = static_cast<int>(year - 1900);
     result->tm_wday = static_cast<int>((day + 3) % 7);
-    result->tm_yday = static_cast<int>(nextYear ? dayOfYear - 306 : dayOfYear + (leap ? 60 : 59));
+    result->tm_yday = static_cast<int>(dayOfYear + 59 + leap - (365 + leap) * nextYear);
     result->tm_isdst = 0;
     result->tm_gmtoff = 0;
     result->tm_zone = kUtcName;
@@ -276,10 +337,10 @@ time_t ZemTimeGm(const struct tm* t)
             year -= 1;
         }
     }
-    // March .. February as 3 .. 14.
-    bool lastYear = month < 2;
-    auto marchMonth = static_cast<ZemUint32>(lastYear ? month + 13 : month + 1);
-    auto marchYear = static_cast<ZemUint64>(lastYear ? year - 1 : year);
+    // March .. February as 3 .. 14. A product, as compilers make a misprediction of a condition.
+    ZemInt64 lastYear = month < 2 ? 1 : 0;
+    auto marchMonth = static_cast<ZemUint32>(month + 1 + 12 * lastYear);
+    auto marchYear = static_cast<ZemUint64>(year - lastYear);
     ZemUint64 century = marchYear / 100;
     ZemUint64 firstOfMonth =
         1461 * marchYear / 4 - century + century / 4 + ZemUint64{(979 * marchMonth - 2919) / 32};
