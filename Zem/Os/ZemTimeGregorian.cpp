@@ -8,6 +8,11 @@
 
 namespace {
 
+bool IsWithin(ZemInt64 value, ZemInt64 low, ZemInt64 high)
+{
+    return value >= low && value <= high;
+}
+
 bool IsLeapYear(ZemInt year)
 {
     return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
@@ -27,10 +32,10 @@ ZemInt DaysInMonth(ZemInt year, ZemInt month)
 ZemBool ZemGregorianTimeValidateFields_(ZemInt year, ZemInt month, ZemInt monthDay, ZemInt hour,
                                         ZemInt minute, ZemInt second, ZemTime nanosecond)
 {
-    return month >= 1 && month <= 12 && monthDay >= 1 &&
-           (monthDay <= 28 || monthDay <= DaysInMonth(year, month)) && hour >= 0 && hour <= 23 &&
-           minute >= 0 && minute <= 59 && second >= 0 && second <= 60 && nanosecond >= 0 &&
-           nanosecond <= 999999999;
+    // Every month has 28 days: the later ones are looked up.
+    return IsWithin(month, 1, 12) && IsWithin(monthDay, 1, 31) &&
+           (monthDay <= 28 || monthDay <= DaysInMonth(year, month)) && IsWithin(hour, 0, 23) &&
+           IsWithin(minute, 0, 59) && IsWithin(second, 0, 60) && IsWithin(nanosecond, 0, 999999999);
 }
 
 ZemBool ZemGregorianTimeEqual(const ZemGregorianTime* a, const ZemGregorianTime* b)
@@ -79,9 +84,16 @@ bool IsDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-ZemInt TwoDigits(const char* p)
+// Reads two digits; does not look past the first unless it is one.
+bool ReadTwo(const char* p, ZemInt& value)
 {
-    return (p[0] - '0') * 10 + (p[1] - '0');
+    ZemUint tens = static_cast<ZemUint>(p[0]) - '0';
+    if (tens > 9) {
+        return false;
+    }
+    ZemUint ones = static_cast<ZemUint>(p[1]) - '0';
+    value = static_cast<ZemInt>(tens * 10 + ones);
+    return ones <= 9;
 }
 
 // A number as strtoul reads it, white space and sign included, and how many characters it took.
@@ -93,11 +105,12 @@ struct Field {
 Field ReadField(const char* p)
 {
     // Two digits alone are the field that occurs; strtoul would take no more.
-    if (IsDigit(p[0]) && IsDigit(p[1]) && !IsDigit(p[2])) {
-        return {TwoDigits(p), 2};
+    ZemInt value;
+    if (ReadTwo(p, value) && !IsDigit(p[2])) {
+        return {value, 2};
     }
     char* end;
-    auto value = static_cast<ZemInt>(ZemStrToUint32(p, &end, 10));
+    value = static_cast<ZemInt>(ZemStrToUint32(p, &end, 10));
     return {value, end - p};
 }
 
@@ -113,23 +126,19 @@ struct DateAndTime {
 constexpr ZemDistanceT kDateAndTimeSize = 19;
 
 // Reads YYYY-MM-DD, T or a space, and hh:mm:ss, where nothing but digits stands in the fields: half
-// the cost of going field by field. No character is looked at unless the one before it fits.
+// the cost of asking strtoul. No character is looked at unless the one before it fits.
 bool ReadDigits(const char* s, DateAndTime& t)
 {
-    if (!IsDigit(s[0]) || !IsDigit(s[1]) || !IsDigit(s[2]) || !IsDigit(s[3]) || s[4] != '-' ||
-        !IsDigit(s[5]) || !IsDigit(s[6]) || s[7] != '-' || !IsDigit(s[8]) || !IsDigit(s[9]) ||
-        (s[10] != 'T' && s[10] != ' ') || !IsDigit(s[11]) || !IsDigit(s[12]) || s[13] != ':' ||
-        !IsDigit(s[14]) || !IsDigit(s[15]) || s[16] != ':' || !IsDigit(s[17]) || !IsDigit(s[18]) ||
-        IsDigit(s[19])) {
+    ZemInt century;
+    ZemInt yearOfCentury;
+    if (!ReadTwo(s, century) || !ReadTwo(s + 2, yearOfCentury) || s[4] != '-' ||
+        !ReadTwo(s + 5, t.month) || s[7] != '-' || !ReadTwo(s + 8, t.day) ||
+        (s[10] != 'T' && s[10] != ' ') || !ReadTwo(s + 11, t.hour) || s[13] != ':' ||
+        !ReadTwo(s + 14, t.minute) || s[16] != ':' || !ReadTwo(s + 17, t.second)) {
         return false;
     }
-    t = {TwoDigits(s) * 100 + TwoDigits(s + 2),
-         TwoDigits(s + 5),
-         TwoDigits(s + 8),
-         TwoDigits(s + 11),
-         TwoDigits(s + 14),
-         TwoDigits(s + 17)};
-    return true;
+    t.year = century * 100 + yearOfCentury;
+    return !IsDigit(s[19]);
 }
 
 // The same for any fields that strtoul reads in their width.

@@ -85,6 +85,16 @@ struct BoundedText {
         }
     }
 
+    // Appends a number below 1,000 without leading zeros, given room for three digits. Free of
+    // branches: how many digits a duration has cannot be predicted.
+    void AppendSmall(ZemUint32 value)
+    {
+        char* out = buf + length;
+        *out = static_cast<char>('0' + value / 100);
+        std::memcpy(out + (value >= 100), kDigitPairs + 2 * (value % 100) + (value < 10), 2);
+        length += 1 + ZemSizeT{value >= 10} + ZemSizeT{value >= 100};
+    }
+
     // Appends a number in decimal, padded to `width` (0 to 9) as printf pads: with zeros after the
     // sign, or with spaces in front of it.
     void AppendNumber(ZemUint32 magnitude, bool negative, unsigned width, bool zeros)
@@ -187,9 +197,15 @@ ZemSizeT ZemSNPrintf(char* buf, ZemSizeT len, const char* format, ...)
                 text.AppendNumber(value < 0 ? 0 - bits : bits, value < 0, width, zeros);
                 break;
             }
-            case 'u':
-                text.AppendNumber(va_arg(args, unsigned), false, width, zeros);
+            case 'u': {
+                ZemUint32 value = va_arg(args, unsigned);
+                if (width == 0 && value < 1000 && text.length + 3 <= len) {
+                    text.AppendSmall(value);
+                } else {
+                    text.AppendNumber(value, false, width, zeros);
+                }
                 break;
+            }
             case 's': {
                 const char* s = va_arg(args, const char*);
                 known = s != nullptr && width == 0 && !zeros;
