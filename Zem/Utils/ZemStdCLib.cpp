@@ -161,7 +161,7 @@ ZemSizeT ZemSNPrintf(char* buf, ZemSizeT len, const char* format, ...)
     std::va_list args;
     va_start(args, format);
 
-    // Reading a date's format one conversion after the other costs twice as much as all the rest.
+    // Reading a date's format one conversion after the other makes the call half as long again.
     if (len >= kDateSize && format[0] == '%' && format[1] == '0' &&
         std::strncmp(format, kDateFormat, kDateFormatSize) == 0) {
         ZemUint32 numbers[7];
