@@ -102,16 +102,21 @@ struct Field {
     ZemDistanceT width;
 };
 
+Field ReadFieldByStrToUint32(const char* p)
+{
+    char* end;
+    auto value = static_cast<ZemInt>(ZemStrToUint32(p, &end, 10));
+    return {value, end - p};
+}
+
+// Two digits alone are the field that occurs; strtoul would take no more.
 Field ReadField(const char* p)
 {
-    // Two digits alone are the field that occurs; strtoul would take no more.
     ZemInt value;
     if (ReadTwo(p, value) && !IsDigit(p[2])) {
         return {value, 2};
     }
-    char* end;
-    value = static_cast<ZemInt>(ZemStrToUint32(p, &end, 10));
-    return {value, end - p};
+    return ReadFieldByStrToUint32(p);
 }
 
 struct DateAndTime {

@@ -30,15 +30,19 @@ void PrintFrac_(char* buf, ZemSizeT len, const char* unit, ZemUint64 thousandths
 
 const char* ZemTimePrintCompact(ZemTime t, char* buf, ZemSizeT len)
 {
+    // The sign is taken without a branch, which could not be predicted: where there is room for
+    // it, it is written in any case, and the number goes behind or over it.
+    auto bits = static_cast<ZemUint64>(t);
+    ZemUint64 negative = bits / 9223372036854775808U;  // 1 or 0
+    ZemUint64 n = (bits ^ (0 - negative)) + negative;
     char* wp = buf;
-    auto n = static_cast<ZemUint64>(t);
-    if (t < 0) {
-        n = 0 - n;
+    if (len > 1) {
+        *buf = '-';
+        wp += negative;
+        len -= negative;
+    } else if (negative != 0) {
         ZemStrLCpy(buf, "-", len);
-        if (len > 0) {
-            wp = buf + 1;
-            --len;
-        }
+        len = 0;
     }
 
     if (n < kMicrosecond) {

@@ -85,24 +85,38 @@ struct BoundedText {
         }
     }
 
-    // Appends a number below 1,000 without leading zeros, given room for three digits. Free of
-    // branches: how many digits a duration has cannot be predicted.
-    void AppendSmall(ZemUint32 value)
+    // %u. How many digits a number below 1,000 has cannot be predicted: no branch on that.
+    void AppendUnsigned(ZemUint32 value)
     {
+        if (value >= 1000 || length + 3 > capacity) {
+            AppendDigits(value, CountDigits(value));
+            return;
+        }
         char* out = buf + length;
         *out = static_cast<char>('0' + value / 100);
         std::memcpy(out + (value >= 100), kDigitPairs + 2 * (value % 100) + (value < 10), 2);
         length += 1 + ZemSizeT{value >= 10} + ZemSizeT{value >= 100};
     }
 
-    // Appends a number in decimal, padded to `width` (0 to 9) as printf pads: with zeros after the
-    // sign, or with spaces in front of it.
-    void AppendNumber(ZemUint32 magnitude, bool negative, unsigned width, bool zeros)
+    // %02d and %02u.
+    void AppendTwo(ZemInt value, bool isSigned)
     {
-        if (zeros && width != 0 && !negative && magnitude < kPowersOf10[width]) {
-            AppendDigits(magnitude, width);
+        auto bits = static_cast<ZemUint32>(value);
+        if (bits >= 100 || length + 2 > capacity) {
+            AppendNumber(value, isSigned, 2, true);
             return;
         }
+        WritePair(buf + length, bits);
+        length += 2;
+    }
+
+    // %d and %u, padded to `width` (0 to 9) as printf pads: with zeros after the sign, or with
+    // spaces in front of it.
+    void AppendNumber(ZemInt value, bool isSigned, unsigned width, bool zeros)
+    {
+        bool negative = isSigned && value < 0;
+        auto bits = static_cast<ZemUint32>(value);
+        ZemUint32 magnitude = negative ? 0 - bits : bits;
         unsigned digits = CountDigits(magnitude);
         unsigned size = digits + (negative ? 1 : 0);
         if (zeros) {
@@ -183,40 +197,33 @@ ZemSizeT ZemSNPrintf(char* buf, ZemSizeT len, const char* format, ...)
             text.Append(*p++);
             continue;
         }
+        // The short way for the conversions of dates and durations.
         ++p;
-        bool zeros = *p == '0';
-        p += zeros ? 1 : 0;
-        unsigned width = 0;
-        if (*p >= '1' && *p <= '9') {
-            width = static_cast<unsigned>(*p++ - '0');
-        }
-        switch (*p++) {
-            case 'd': {
-                int value = va_arg(args, int);
-                auto bits = static_cast<ZemUint32>(value);
-                text.AppendNumber(value < 0 ? 0 - bits : bits, value < 0, width, zeros);
-                break;
+        if (*p == 'u') {
+            text.AppendUnsigned(va_arg(args, unsigned));
+            ++p;
+        } else if (*p == 's') {
+            const char* s = va_arg(args, const char*);
+            known = s != nullptr;
+            for (; known && *s != '\0'; ++s) {
+                text.Append(*s);
             }
-            case 'u': {
-                ZemUint32 value = va_arg(args, unsigned);
-                if (width == 0 && value < 1000 && text.length + 3 <= len) {
-                    text.AppendSmall(value);
-                } else {
-                    text.AppendNumber(value, false, width, zeros);
-                }
-                break;
+            ++p;
+        } else if (*p == '0' && p[1] == '2' && (p[2] == 'd' || p[2] == 'u')) {
+            text.AppendTwo(va_arg(args, int), p[2] == 'd');
+            p += 3;
+        } else {
+            bool zeros = *p == '0';
+            p += zeros ? 1 : 0;
+            unsigned width = 0;
+            if (*p >= '1' && *p <= '9') {
+                width = static_cast<unsigned>(*p++ - '0');
             }
-            case 's': {
-                const char* s = va_arg(args, const char*);
-                known = s != nullptr && width == 0 && !zeros;
-                for (; known && *s != '\0'; ++s) {
-                    text.Append(*s);
-                }
-                break;
+            known = *p == 'd' || *p == 'u';
+            if (known) {
+                text.AppendNumber(va_arg(args, int), *p == 'd', width, zeros);
+                ++p;
             }
-            default:
-                known = false;
-                break;
         }
     }
     va_end(args);
