@@ -429,4 +429,18 @@ const char* PrintCompact(ZemTime t, char* buf, ZemSizeT len)
     });
 }
 
+// ---------------------------------------------------------------------------------------------
+// Ranges
+// ---------------------------------------------------------------------------------------------
+
+void Intersect(const ZemTimeRange* x, const ZemTimeRange* y, ZemTimeRange* result)
+{
+    *result = {std::min(x->begin, y->begin), std::max(x->end, y->end)};
+}
+
+bool Contains(const ZemTimeRange* x, const ZemTimeRange* y)
+{
+    return (x->begin >= y->begin) & (x->end <= y->end);
+}
+
 }  // namespace limit

@@ -24,6 +24,10 @@ ZemTime Compose(const ZemGregorianTime* gt);
 // Compact duration text, written digit by digit and pair by pair.
 const char* PrintCompact(ZemTime t, char* buf, ZemSizeT len);
 
+// Two ranges; the families inline the same where ours is inlined.
+void Intersect(const ZemTimeRange* x, const ZemTimeRange* y, ZemTimeRange* result);
+bool Contains(const ZemTimeRange* x, const ZemTimeRange* y);
+
 }  // namespace limit
 
 #endif
