@@ -1,0 +1,71 @@
+#include "histogram.hpp"
+
+#include <algorithm>
+
+Histogram::Histogram() : counts_(kSlots) {}
+
+// Widens the slots until the counted events and `t` lie within half of them, places those in the
+// middle, and returns the slot of `t`. Room on both sides keeps this rare whichever way time runs.
+ZemUint64 Histogram::MakeRoomFor(ZemTime t)
+{
+    ZemUint64 low = OrderOf(t) >> shift_;
+    ZemUint64 high = low;
+    for (ZemUint64 i = 0; i < kSlots; ++i) {
+        if (counts_[i] != 0) {
+            low = std::min(low, first_ + i);
+            high = std::max(high, first_ + i);
+        }
+    }
+    unsigned widen = 0;
+    while ((high >> widen) - (low >> widen) >= kSlots / 2) {
+        ++widen;
+    }
+    ZemUint64 middle = (low >> widen) + ((high >> widen) - (low >> widen)) / 2;
+    ZemUint64 newFirst = middle < kSlots / 2 ? 0 : middle - kSlots / 2;
+
+    std::vector<ZemUint64> wider(kSlots);
+    for (ZemUint64 i = 0; i < kSlots; ++i) {
+        if (counts_[i] != 0) {
+            wider[((first_ + i) >> widen) - newFirst] += counts_[i];
+        }
+    }
+    counts_.swap(wider);
+    first_ = newFirst;
+    shift_ += widen;
+    return (OrderOf(t) >> shift_) - first_;
+}
+
+std::vector<ZemUint64> Histogram::Columns(const ZemTimeRange& range, size_t columns) const
+{
+    ZemUint64 begin = OrderOf(ZemTimeRangeEnd(&range));
+    ZemUint64 length = OrderOf(ZemTimeRangeBegin(&range)) - begin;
+    double scale = static_cast<double>(columns) / (static_cast<double>(length) + 1);
+
+    std::vector<ZemUint64> result(columns);
+    for (ZemUint64 i = 0; i < kSlots; ++i) {
+        if (counts_[i] == 0) {
+            continue;
+        }
+        ZemUint64 middle = ((first_ + i) << shift_) + (ZemUint64{1} << shift_) / 2;
+        ZemUint64 position = middle > begin ? std::min(middle - begin, length) : 0;
+        auto column = static_cast<size_t>(static_cast<double>(position) * scale);
+        result[std::min(column, columns - 1)] += counts_[i];
+    }
+    return result;
+}
+
+std::string DrawColumns(const std::vector<ZemUint64>& columns, bool blocks)
+{
+    const char* const kBlocks[] = {" ", "▁", "▂", "▃", "▄", "▅", "▆", "▇", "█"};
+    const char* const kAscii[] = {" ", ".", ":", "-", "=", "+", "*", "%", "#"};
+
+    ZemUint64 most = *std::max_element(columns.begin(), columns.end());
+    std::string line;
+    for (ZemUint64 count : columns) {
+        // Any event shows; only the most reach the top.
+        auto level = static_cast<size_t>(
+            count == 0 ? 0 : 1 + 7 * static_cast<double>(count) / static_cast<double>(most));
+        line += blocks ? kBlocks[level] : kAscii[level];
+    }
+    return line;
+}
