@@ -55,7 +55,7 @@ inline int64_t DaysFromCivil(uint32_t year, uint32_t month, uint32_t day)
 {
     uint32_t lastYear = month <= 2;
     uint32_t marchYear = year - lastYear + 400;
-    uint32_t marchMonth = lastYear ? month + 12 : month;
+    uint32_t marchMonth = month + 12 * lastYear;  // no branch on the season
     uint32_t century = marchYear / 100;
     uint32_t days = 1461 * marchYear / 4 - century + century / 4 + (979 * marchMonth - 2919) / 32;
     return int64_t{days} + day - 1 - kEpochDay - 146097;
@@ -97,18 +97,26 @@ ZemGregorianTime* BreakDown(ZemGregorianTime* gt, ZemTime t)
     auto yearOfCentury = static_cast<uint32_t>(p2 >> 32);
     uint32_t dayOfYear = static_cast<uint32_t>(p2) / 2939745 / 4;
     uint32_t n3 = 2141 * dayOfYear + 197913;
-    bool nextYear = dayOfYear >= 306;
+    // Numbers, as a branch on the season would be mispredicted.
+    uint32_t nextYear = dayOfYear >= 306;
+    uint32_t leap = (yearOfCentury != 0 ? yearOfCentury : century) % 4 == 0;
     uint32_t year = 100 * century + yearOfCentury;
-    bool leap = yearOfCentury != 0 ? yearOfCentury % 4 == 0 : century % 4 == 0;
 
-    gt->tm.tm_sec = static_cast<int>(secondOfDay % 60);
-    gt->tm.tm_min = static_cast<int>(secondOfDay / 60 % 60);
-    gt->tm.tm_hour = static_cast<int>(secondOfDay / 3600);
+    // The hour and what is left of it, as a number of 32.32 bits; then the minute, the second.
+    uint64_t hours = uint64_t{secondOfDay} * 1193047;
+    uint64_t minutes = (hours & UINT32_MAX) * 60;
+    uint64_t seconds = (minutes & UINT32_MAX) * 60;
+    // Sevenths likewise: the fraction of (n + 3) / 7, times 7.
+    uint64_t sevenths = uint64_t{(n + 3) * 613566757} * 7;
+
+    gt->tm.tm_sec = static_cast<int>(seconds >> 32);
+    gt->tm.tm_min = static_cast<int>(minutes >> 32);
+    gt->tm.tm_hour = static_cast<int>(hours >> 32);
     gt->tm.tm_mday = static_cast<int>((n3 & 65535) / 2141 + 1);
-    gt->tm.tm_mon = static_cast<int>((n3 >> 16) - (nextYear ? 13 : 1));
+    gt->tm.tm_mon = static_cast<int>((n3 >> 16) - 1 - 12 * nextYear);
     gt->tm.tm_year = static_cast<int>(year + nextYear) - 1900;
-    gt->tm.tm_wday = static_cast<int>((n + 3) % 7);
-    gt->tm.tm_yday = static_cast<int>(nextYear ? dayOfYear - 306 : dayOfYear + 59 + leap);
+    gt->tm.tm_wday = static_cast<int>(sevenths >> 32);
+    gt->tm.tm_yday = static_cast<int>(dayOfYear + 59 + leap - (365 + leap) * nextYear);
     gt->tm.tm_isdst = 0;
     gt->tm.tm_gmtoff = 0;
     gt->tm.tm_zone = "GMT";
@@ -180,8 +188,9 @@ inline bool Zone(const char* p, int64_t& offset)
         return p[1] == '\0';
     }
     p += *p == ' ';
-    bool negative = *p == '-';
-    if (!negative && *p != '+') {
+    // '+' is 43, '-' is 45: one test, and no branch on the sign.
+    int64_t sign = *p - '+';  // 0 or 2
+    if ((sign & ~2) != 0) {
         return false;
     }
     uint32_t hours;
@@ -203,8 +212,7 @@ inline bool Zone(const char* p, int64_t& offset)
             }
         }
     }
-    int64_t magnitude = hours * 3600 + minutes * 60 + seconds;
-    offset = negative ? -magnitude : magnitude;
+    offset = (1 - sign) * int64_t{hours * 3600 + minutes * 60 + seconds};
     return true;
 }
 
