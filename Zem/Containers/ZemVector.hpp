@@ -272,7 +272,10 @@ bool InsertRange(Vector* x, ElementOf<Vector>* pos, const ElementOf<Vector>* fir
 template <class Vector>
 ElementOf<Vector>* EraseRange(Vector* x, ElementOf<Vector>* first, ElementOf<Vector>* last)
 {
-    x->end = std::copy(last, x->end, first);
+    // std::copy may not copy a range onto itself, and there would be nothing to do.
+    if (first != last) {
+        x->end = std::copy(last, x->end, first);
+    }
     return first;
 }
 
