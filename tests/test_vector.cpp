@@ -1,0 +1,78 @@
+// The vector of time ranges against its model, and the two allocators that are ready to use.
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <random>
+
+#include "vector_model.hpp"
+
+static std::vector<std::uint8_t> RandomBytes(std::size_t size, unsigned seed)
+{
+    std::vector<std::uint8_t> bytes(size);
+    std::ranges::generate(bytes, std::mt19937(seed));
+    return bytes;
+}
+
+TEST(Vector, DoesAsTheModelInRandomOrder)
+{
+    for (unsigned seed = 0; seed < 1000; ++seed) {
+        std::vector<std::uint8_t> bytes = RandomBytes(1 + seed % 900, seed);
+        auto refuses = [&](std::size_t request) { return bytes[request % bytes.size()] % 8 == 7; };
+        VectorModel model{bytes.data(), bytes.data() + bytes.size(), refuses};
+        ASSERT_TRUE(model.Run()) << "seed " << seed;
+    }
+}
+
+// The same steps without memory for the first, the second ... request, alone or with all after it.
+TEST(Vector, LosesNothingWhicheverRequestFails)
+{
+    std::vector<std::uint8_t> bytes = RandomBytes(3000, 1);
+    for (bool all : {false, true}) {
+        for (std::size_t n = 0, requests = 100; n < requests; ++n) {
+            auto refuses = [=](std::size_t request) { return all ? request >= n : request == n; };
+            VectorModel model{bytes.data(), bytes.data() + bytes.size(), refuses};
+            ASSERT_TRUE(model.Run()) << "request " << n;
+            requests = model.requests;
+        }
+    }
+}
+
+TEST(Allocators, MallocHonoursItsLimit)
+{
+    ZemAllocator a;
+    ASSERT_EQ(ZemAllocatorConstructMalloc(&a, 64), &a);
+    EXPECT_EQ(ZemAllocatorAllocate(&a, 65), nullptr);
+    EXPECT_EQ(ZemAllocatorAllocate(&a, 0), nullptr);
+    void* block = ZemAllocatorAllocate(&a, 64);
+    ZemAllocatorDeallocate(&a, std::memset(block, 1, 64), 64);
+}
+
+// In a buffer of every small size at every alignment: blocks of 16, 15 ... bytes until none fits,
+// handed back from the oldest on, and then the whole room at once.
+TEST(Allocators, FixedUsesItsBufferAndNoMore)
+{
+    for (std::size_t i = 0; i < 16 * 65; ++i) {
+        const std::size_t skip = i % 16;
+        const std::size_t size = i / 16;
+        const std::size_t lost = (16 - skip) % 16;  // up to the first aligned byte
+        const std::size_t count = size > lost ? (size - lost) / 16 : 0;
+        std::vector<char> memory(skip + size);
+        char* first = count != 0 ? memory.data() + skip + lost : nullptr;
+        ZemFixedAllocator fixed;
+        ASSERT_EQ(ZemFixedAllocatorConstruct(&fixed, memory.data() + skip, size), &fixed);
+        ZemAllocator* a = &fixed.allocator;
+        for (std::size_t b = 0; b < count; ++b) {
+            void* block = ZemAllocatorAllocate(a, 16 - b);
+            ASSERT_EQ(block, first + 16 * b);
+            ZemAllocatorDeallocate(a, std::memset(block, 1, 16), 16 - b);
+            ASSERT_EQ(ZemAllocatorAllocate(a, 16 - b), block) << "the newest is free at once";
+        }
+        for (std::size_t b = 0; b < count; ++b) {
+            EXPECT_EQ(ZemAllocatorAllocate(a, 1), nullptr);
+            ZemAllocatorDeallocate(a, first + 16 * b, 16 - b);
+        }
+        EXPECT_EQ(ZemAllocatorAllocate(a, 16 * count + 1), nullptr);
+        EXPECT_EQ(ZemAllocatorAllocate(a, 16 * count), first);
+    }
+}
