@@ -1,0 +1,2 @@
+// The same program in C++.
+#include "main.c"
