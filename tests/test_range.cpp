@@ -28,12 +28,10 @@ static void CheckPair(const ZemTimeRange& x, const ZemTimeRange& y)
     EXPECT_TRUE(a.begin == std::min(x.begin, y.begin) && a.end == std::max(x.end, y.end));
     EXPECT_TRUE(b.begin == std::max(x.begin, y.begin) && b.end == std::min(x.end, y.end));
     EXPECT_EQ(ZemTimeRangeIntersects(&x, &y), (Held(x) & Held(y)) != 0);
-    EXPECT_EQ(ZemTimeRangeSubsumes(&x, &y), ZemTimeRangeEqual(&b, &x)) << "x is its own hull";
-    EXPECT_EQ(ZemTimeRangeEqual(&x, &y), x.begin == y.begin && x.end == y.end);
+    EXPECT_EQ(ZemTimeRangeSubsumes(&x, &y), b.begin == x.begin && b.end == x.end);
+    EXPECT_EQ(ZemTimeRangeEqual(&x, &y), &x == &y);  // no two of the table are equal
     EXPECT_EQ(ZemTimeRangeLess(&x, &y), std::tie(x.end, x.begin) < std::tie(y.end, y.begin));
-
-    EXPECT_EQ(ZemTimeRangeConstructCopy(&a, &x), &a);
-    EXPECT_EQ(ZemTimeRangeAssign(&b, &y), &b);
+    EXPECT_TRUE(ZemTimeRangeConstructCopy(&a, &x) == &a && ZemTimeRangeAssign(&b, &y) == &b);
     ZemTimeRangeSwap(&a, &b);
     ZemTimeRangeSwap(&a, &a);
     EXPECT_TRUE(ZemTimeRangeEqual(&a, &y) && ZemTimeRangeEqual(&b, &x));
@@ -50,9 +48,7 @@ TEST(Range, EveryPairOfBounds)
         EXPECT_EQ(ZemTimeRangeIsValid(x), i / 5 >= i % 5);
         ZemTimeRangeDestruct(x);
     }
-    for (const ZemTimeRange& x : ranges) {
-        for (const ZemTimeRange& y : ranges) {
-            CheckPair(x, y);
-        }
+    for (std::size_t i = 0; i < 25 * 25; ++i) {
+        CheckPair(ranges[i / 25], ranges[i % 25]);
     }
 }

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <functional>
-#include <tuple>
 #include <vector>
 
 #include "Zem/Os/ZemTimeInline.h"
@@ -24,9 +23,12 @@ struct VectorModel {
         Items items{};
         std::size_t capacity = 0;
     };
-    // A call that tells whether it succeeded, the items that it then leaves, and the capacity that
-    // it needs: when there is less, it asks for a block of exactly that.
-    using Operation = std::tuple<std::function<bool()>, Items, std::size_t>;
+    struct Operation {
+        std::function<bool()> call;  // tells whether it succeeded
+        std::size_t from, upTo;      // the elements from here up to there
+        Items added;                 // make way for these
+        std::size_t capacity = 0;    // asks for a block of so many when there is a smaller one
+    };
 
     const std::uint8_t* next;
     const std::uint8_t* last;
@@ -86,72 +88,64 @@ struct VectorModel {
     bool Step()
     {
         Side& s = sides[Next(2)];
-        Side& other = sides[&s == sides];
+        Side& y = sides[&s == sides];
         Side& any = sides[Next(2)];
-        ZemVector_ZemTimeRange* x = &s.real;
-        const ZemTimeRange t = {++serial, 0};
-        Items source(Next(10));
-        std::ranges::generate(source, [&] { return ZemTimeRange{++serial, 0}; });
-        const ZemTimeRange* first = source.data();
-        const std::size_t n = source.size();
-
-        const std::size_t chosen = Next(16);
-        const bool builds = chosen < 4;
-        if (builds || (chosen == 4 && any.items.size() > s.capacity)) {
+        // Swap, then the rows of the table below; the last two need an element.
+        const std::size_t chosen = Next(s.items.empty() ? 14 : 16);
+        const bool builds = 1 <= chosen && chosen <= 4;
+        if (chosen == 0) {
+            return Swap(s, any);
+        }
+        if (builds || (chosen == 5 && any.items.size() > s.capacity)) {
             ExpectBlock(s, 0);
             s.items.clear();
         }
+        ZemVector_ZemTimeRange* x = &s.real;
         if (builds) {
             V(Destruct)(x);
-            s.allocator = chosen == 0 ? other.allocator : &allocators[Next(2)];
+            s.allocator = chosen == 1 ? y.allocator : &allocators[Next(2)];
         }
+        const ZemTimeRange t = {++serial, 0};
+        Items source(Next(10));
+        std::ranges::generate(source, [&] { return ZemTimeRange{++serial, 0}; });
+        const std::size_t n = source.size();
+        const Items copies(n, t);
+        const ZemTimeRange* first = source.data();
         ZemAllocator* const a = s.allocator;
         const std::size_t size = s.items.size();
-        const std::size_t from = Next(size + 1);
-        const std::size_t upTo = from + Next(size - from + 1);
-        ZemTimeRange* pos = x->begin + from;
-        auto spliced = [&](std::size_t begin, std::size_t end, const Items& added) {
-            Items items = s.items;
-            auto place = items.erase(items.begin() + begin, items.begin() + end);
-            items.insert(place, added.begin(), added.end());
-            return items;
-        };
+        const std::size_t i = Next(size + 1);
+        const std::size_t j = i + Next(size - i + 1);
+        const std::size_t one = size != 0 ? i % size : 0;
+        ZemTimeRange* p = x->begin + i;
         auto room = [&](std::size_t k) {
             std::size_t doubled = 2 * (s.capacity != 0 ? s.capacity : k);
             return size + k > s.capacity ? std::max(doubled, size + k) : 0;
         };
         const Operation operations[] = {
-            {[&] { return V(ConstructCopy)(x, &other.real) == x; }, other.items,
-             other.items.size()},
-            {[&] { return V(ConstructDefault)(x, a) == x; }, Items(), 0},
-            {[&] { return V(ConstructN)(x, n, &t, a) == x; }, Items(n, t), n},
-            {[&] { return V(ConstructRange)(x, first, first + n, a) == x; }, source, n},
-            {[&] { return V(Assign)(x, &any.real) == x; }, any.items, any.items.size()},
-            {[&] { return V(PushBack)(x, &t); }, spliced(size, size, {t}), room(1)},
-            {[&] { return (pos = V(Insert)(x, pos, &t)) && pos == x->begin + from; },
-             spliced(from, from, {t}), room(1)},
-            {[&] { return V(InsertN)(x, pos, n, &t); }, spliced(from, from, Items(n, t)), room(n)},
-            {[&] { return V(InsertRange)(x, pos, first, first + n); }, spliced(from, from, source),
-             room(n)},
-            {[&] { return V(Reserve)(x, 3 * n); }, s.items, 3 * n},
-            {[&] { return V(Resize)(x, n, &t); },
-             n > size ? spliced(size, size, Items(n - size, t)) : spliced(n, size, {}),
-             n > size ? size + n : 0},
-            {[&] { return V(Clear)(x), true; }, Items(), 0},
-            {[&] { return size == 0 || (V(PopBack)(x), true); },
-             spliced(size - (size != 0), size, {}), 0},
-            {[&] { return from == size || V(Erase)(x, pos) == pos; },
-             spliced(from, from + (from != size), {}), 0},
-            {[&] { return V(EraseRange)(x, pos, x->begin + upTo) == pos; }, spliced(from, upTo, {}),
-             0},
+            {[&] { return V(ConstructCopy)(x, &y.real) == x; }, 0, 0, y.items, y.items.size()},
+            {[&] { return V(ConstructDefault)(x, a) == x; }, 0, 0, {}},
+            {[&] { return V(ConstructN)(x, n, &t, a) == x; }, 0, 0, copies, n},
+            {[&] { return V(ConstructRange)(x, first, first + n, a) == x; }, 0, 0, source, n},
+            {[&] { return V(Assign)(x, &any.real) == x; }, 0, size, any.items, any.items.size()},
+            {[&] { return V(PushBack)(x, &t); }, size, size, {t}, room(1)},
+            {[&] { return (p = V(Insert)(x, p, &t)) && p == x->begin + i; }, i, i, {t}, room(1)},
+            {[&] { return V(InsertN)(x, p, n, &t); }, i, i, copies, room(n)},
+            {[&] { return V(InsertRange)(x, p, first, first + n); }, i, i, source, room(n)},
+            {[&] { return V(Reserve)(x, 3 * n); }, 0, 0, {}, 3 * n},
+            {[&] { return V(Resize)(x, n, &t); }, std::min(n, size), size,
+             Items(n - std::min(n, size), t), n > size ? size + n : 0},
+            {[&] { return V(Clear)(x), true; }, 0, size, {}},
+            {[&] { return V(EraseRange)(x, p, x->begin + j) == p; }, i, j, {}},
+            {[&] { return V(PopBack)(x), true; }, size - 1, size, {}},
+            {[&] { return V(Erase)(x, x->begin + one) == x->begin + one; }, one, one + 1, {}},
         };
-        if (chosen == std::size(operations)) {
-            return Swap(s, any);
+        const Operation& o = operations[chosen - 1];
+        bool ok = o.capacity <= s.capacity || ExpectBlock(s, o.capacity);
+        if (ok) {
+            auto place = s.items.erase(s.items.begin() + o.from, s.items.begin() + o.upTo);
+            s.items.insert(place, o.added.begin(), o.added.end());
         }
-        const auto& [call, items, capacity] = operations[chosen];
-        bool ok = capacity <= s.capacity || ExpectBlock(s, capacity);
-        s.items = ok ? items : s.items;
-        bool right = call() == ok;
+        bool right = o.call() == ok;
         if (builds && !ok) {
             V(ConstructDefault)(x, a);
         }
@@ -168,17 +162,18 @@ struct VectorModel {
             const std::size_t size = s.items.size();
             const ZemTimeRange* const begin = x->begin;
             const ZemTimeRange* const end = begin + size;
+            auto are = [](auto* right, auto*... positions) {
+                return (... && (positions == right));
+            };
             ok = ok && V(GetAllocator)(c) == s.allocator && V(MaxSize)(c) == 268435455 &&
-                 V(Size)(c) == size && V(Empty)(c) == (size == 0) && V(Begin)(x) == begin &&
-                 V(Capacity)(c) == s.capacity && (begin == nullptr) == (s.capacity == 0) &&
-                 V(BeginConst)(c) == begin && V(End)(x) == end && V(EndConst)(c) == end &&
-                 V(RBegin)(x) == end && V(RBeginConst)(c) == end && V(REnd)(x) == begin &&
-                 V(REndConst)(c) == begin && std::equal(begin, end, s.items.begin(), same);
-            if (ok && size != 0) {
-                ok = V(Front)(x) == begin && V(FrontConst)(c) == begin && V(Back)(x) == end - 1 &&
-                     V(BackConst)(c) == end - 1 && V(At)(x, size - 1) == end - 1 &&
-                     V(AtConst)(c, size - 1) == end - 1;
-            }
+                 V(Size)(c) == size && V(Empty)(c) == (size == 0) && V(Capacity)(c) == s.capacity &&
+                 (begin == nullptr) == (s.capacity == 0) &&
+                 are(begin, V(Begin)(x), V(BeginConst)(c), V(REnd)(x), V(REndConst)(c)) &&
+                 are(end, V(End)(x), V(EndConst)(c), V(RBegin)(x), V(RBeginConst)(c)) &&
+                 std::equal(begin, end, s.items.begin(), same) &&
+                 (size == 0 || (are(begin, V(Front)(x), V(FrontConst)(c)) &&
+                                are(end - 1, V(Back)(x), V(BackConst)(c), V(At)(x, size - 1),
+                                    V(AtConst)(c, size - 1))));
             V(Dump)(c, "side", 2);
         }
         return ok && V(Equal)(&sides[0].real, &sides[1].real) ==
