@@ -136,14 +136,9 @@ bool Reserve(Vector* x, ZemSizeT capacity)
 }
 
 template <class Vector>
-bool PushBackFull(Vector* x, const ElementOf<Vector>* t)
+bool Grow(Vector* x)
 {
-    if (!Reserve(x, x->begin == nullptr ? 2 : 2 * SizeOf(x))) {
-        return false;
-    }
-    *x->end = *t;
-    x->end += 1;
-    return true;
+    return Reserve(x, x->begin == nullptr ? 2 : 2 * SizeOf(x));
 }
 
 template <class Vector>

@@ -485,9 +485,9 @@ ZEM_API const ZemTimeRange* ZemVector_ZemTimeRangeBackConst(const ZemVector_ZemT
 // no storage; 0, with `x` unchanged, when there is no memory for it.
 ZEM_API ZemBool ZemVector_ZemTimeRangePushBack(ZemVector_ZemTimeRange* x, const ZemTimeRange* t);
 
-// PushBack on a full vector: internal to PushBack.
-ZEM_API ZemBool ZemVector_ZemTimeRangePushBackFull_(ZemVector_ZemTimeRange* x,
-                                                    const ZemTimeRange* t);
+// Makes room in a full vector as PushBack does, and returns 1; 0, with `x` unchanged, when there is
+// no memory for it. Internal to PushBack.
+ZEM_API ZemBool ZemVector_ZemTimeRangeGrow_(ZemVector_ZemTimeRange* x);
 
 // Removes the last element.
 ZEM_API void ZemVector_ZemTimeRangePopBack(ZemVector_ZemTimeRange* x);

@@ -54,9 +54,9 @@ ZemBool ZemVector_ZemTimeRangeEqual(const ZemVector_ZemTimeRange* x,
     });
 }
 
-ZemBool ZemVector_ZemTimeRangePushBackFull_(ZemVector_ZemTimeRange* x, const ZemTimeRange* t)
+ZemBool ZemVector_ZemTimeRangeGrow_(ZemVector_ZemTimeRange* x)
 {
-    return ZemVector::PushBackFull(x, t);
+    return ZemVector::Grow(x);
 }
 
 ZemBool ZemVector_ZemTimeRangeReserve(ZemVector_ZemTimeRange* x,
