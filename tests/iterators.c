@@ -32,7 +32,7 @@ static int failures;
             CHECK(KIND##Swap(&z, &y) == 1 && y == x && KIND##Subtract(&z, &x) == j - i);          \
             CHECK(KIND##Assign(&y, &z) == &y && y == z && !KIND##IsExceptional(y));               \
             CHECK(KIND##ConstructExceptional(&z) == &z && z == NULL);                             \
-            CHECK(KIND##IsExceptional(z) == 1);                                                   \
+            CHECK(KIND##IsExceptional(z) == 1 && KIND##Add(&z, 0) == NULL);                       \
             KIND##Destruct(&z);                                                                   \
         }                                                                                         \
     }

@@ -16,6 +16,9 @@
 #define ZEM_OP(name) ZEM_JOIN(ZEM_ITERATOR, name)
 #define ZEM_DESIGNATED(x) (*(x) - (ZEM_ITERATOR_STEP < 0))
 
+// A vector without storage has null iterators, and C does not define null + 0.
+#define ZEM_STEPPED(x, n) ((n) == 0 ? *(x) : *(x) + ZEM_ITERATOR_STEP * (n))
+
 ZEM_INLINE void ZEM_OP(Destruct)(ZEM_ITERATOR* x)
 {
     (void)x;
@@ -86,25 +89,25 @@ ZEM_INLINE ZemBool ZEM_OP(Less)(const ZEM_ITERATOR* x, const ZEM_ITERATOR* y)
 
 ZEM_INLINE ZEM_ITERATOR_ELEMENT* ZEM_OP(At)(ZEM_ITERATOR* x, ZEM_OP(DifferenceType) n)
 {
-    ZEM_ITERATOR stepped = *x + ZEM_ITERATOR_STEP * n;
+    ZEM_ITERATOR stepped = ZEM_STEPPED(x, n);
     return ZEM_DESIGNATED(&stepped);
 }
 
 ZEM_INLINE ZEM_ITERATOR* ZEM_OP(IncrementN)(ZEM_ITERATOR* x, ZEM_OP(DifferenceType) n)
 {
-    *x += ZEM_ITERATOR_STEP * n;
+    *x = ZEM_STEPPED(x, n);
     return x;
 }
 
 ZEM_INLINE ZEM_ITERATOR* ZEM_OP(DecrementN)(ZEM_ITERATOR* x, ZEM_OP(DifferenceType) n)
 {
-    *x -= ZEM_ITERATOR_STEP * n;
+    *x = ZEM_STEPPED(x, -n);
     return x;
 }
 
 ZEM_INLINE ZEM_ITERATOR ZEM_OP(Add)(ZEM_ITERATOR* x, ZEM_OP(DifferenceType) n)
 {
-    return *x + ZEM_ITERATOR_STEP * n;
+    return ZEM_STEPPED(x, n);
 }
 
 ZEM_INLINE ZEM_OP(DifferenceType) ZEM_OP(Subtract)(ZEM_ITERATOR* x, ZEM_ITERATOR* y)
@@ -112,6 +115,7 @@ ZEM_INLINE ZEM_OP(DifferenceType) ZEM_OP(Subtract)(ZEM_ITERATOR* x, ZEM_ITERATOR
     return ZEM_ITERATOR_STEP * (*x - *y);
 }
 
+#undef ZEM_STEPPED
 #undef ZEM_DESIGNATED
 #undef ZEM_OP
 #undef ZEM_JOIN

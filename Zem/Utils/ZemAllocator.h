@@ -42,7 +42,8 @@ ZEM_API void ZemAllocatorDeallocate(ZemAllocator* a_, ZemVoidPtr p_, ZemSizeT s_
 ZEM_API ZemAllocator* ZemAllocatorConstructMalloc(ZemAllocator* a, ZemSizeT maxSize);
 
 // An allocator over one buffer of the caller's: a stack array, an arena, a static block. Hand
-// `&fixed.allocator` to a container. Serves one thread at a time.
+// `&fixed.allocator` to a container. Serves one thread at a time. It points to itself: do not copy
+// or move the record.
 typedef struct ZemFixedAllocator {
     ZemAllocator allocator;  // maxSize: the usable bytes of the buffer
     char* begin;             // the buffer's first aligned byte
