@@ -41,10 +41,9 @@ TEST(Host, Clocks)
     EXPECT_EQ(ZemTimeInitialize(), 1);
     EXPECT_EQ(ZemTimeMachMonotonicTimeClockInterval_, 1.5);
     EXPECT_EQ(ZemTimeGetElapsed(400), 2999600);
-    EXPECT_EQ(ZemTimeGetElapsed(3000001), 0);
     EXPECT_EQ(ZemTimeGetElapsedMsec(1), 2U);
     EXPECT_EQ(ZemTimeGetCurrentWallTime(), 1500000000);
-    EXPECT_EQ(host.tickReads, 4);
+    EXPECT_EQ(host.tickReads, 3);
 }
 
 TEST(Host, Readings)

@@ -72,6 +72,7 @@ TEST(Text, PrintParsePrint)
         ZemGregorianTimeGetAsStringWithOffset(&gt, text, sizeof text);
         EXPECT_EQ(ZemGregorianTimeConstructCStr(&read, text), &read) << text;
         EXPECT_EQ(ZemGregorianTimeEqual(&read, &gt), 1) << text;
+        EXPECT_EQ(read.tm.tm_gmtoff, gt.tm.tm_gmtoff) << text;
         ExpectPrinted(read, text);
         // Days before 1970, their last moments most of all, print rounded down.
         ZemTime t = i * -86400000000000 - (AnyInt64() & 0x3FFFFFFFFFFF);
@@ -95,13 +96,15 @@ static void ExpectLikeSnprintf(const char* format, Args... args)
 TEST(Text, BoundedPrinting)
 {
     for (const auto& [format, type] : Table("formats.txt"))
-        for (int n : {0, 7, -7, 10, -99, 100, 999, 1000, -9999, 99999999, INT_MAX, INT_MIN})
+        for (int n : {0, 7, -7, 10, -99, 100, 999, 1000, 12345, 99999999, INT_MAX, INT_MIN})
             if (type == "int")
                 ExpectLikeSnprintf(format.c_str(), n);
             else if (type == "unsigned")
                 ExpectLikeSnprintf(format.c_str(), static_cast<unsigned>(n));
             else if (type == "date")
-                ExpectLikeSnprintf(format.c_str(), n, 1, n, 2, n, 3, 4, 5L);
+                for (int i = 0; i < 3; ++i)
+                    ExpectLikeSnprintf(format.c_str(), i == 0 ? n : 2024, 1, 2, i == 1 ? n : 3, 4,
+                                       5, i == 2 ? n : 6, 7L);
             else
                 ExpectLikeSnprintf(format.c_str(), n == 0 ? "" : std::to_string(n).c_str());
     for (const auto& [nanosecs, text] : Table("durations.txt")) {
