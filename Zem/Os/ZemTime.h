@@ -86,7 +86,7 @@ ZEM_API extern double ZemTimeMachMonotonicTimeClockInterval_;
 ZEM_API ZemBool ZemTimeInitialize(void);
 
 // Nanoseconds since 1970-01-01 00:00:00 UTC, at microsecond resolution; follows the system's wall
-// clock when that is set or stepped. 0 when the host's clock fails.
+// clock when that is set or stepped. 0 when the host's clock fails and stores nothing.
 ZEM_API ZemTime ZemTimeGetCurrentWallTime(void);
 
 // Nanoseconds since an origin of the host's; never decreases, never negative. 0 until

@@ -131,7 +131,8 @@ struct DateAndTime {
 constexpr ZemDistanceT kDateAndTimeSize = 19;
 
 // Reads YYYY-MM-DD, T or a space, and hh:mm:ss, where nothing but digits stands in the fields: half
-// the cost of asking strtoul. No character is looked at unless the one before it fits.
+// the cost of asking strtoul. No character is looked at unless the one before it fits. (A third
+// digit of the second would be strtoul's too; it is refused as no zone.)
 bool ReadDigits(const char* s, DateAndTime& t)
 {
     ZemInt century;
@@ -143,7 +144,7 @@ bool ReadDigits(const char* s, DateAndTime& t)
         return false;
     }
     t.year = century * 100 + yearOfCentury;
-    return !IsDigit(s[19]);
+    return true;
 }
 
 // The same for any fields that strtoul reads in their width.

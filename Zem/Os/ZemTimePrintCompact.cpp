@@ -42,7 +42,6 @@ const char* ZemTimePrintCompact(ZemTime t, char* buf, ZemSizeT len)
         len -= negative;
     } else if (negative != 0) {
         ZemStrLCpy(buf, "-", len);
-        len = 0;
     }
 
     if (n < kMicrosecond) {

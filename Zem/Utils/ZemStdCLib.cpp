@@ -99,24 +99,22 @@ struct BoundedText {
     }
 
     // %02d and %02u.
-    void AppendTwo(ZemInt value, bool isSigned)
+    void AppendTwo(ZemInt64 value)
     {
-        auto bits = static_cast<ZemUint32>(value);
-        if (bits >= 100 || length + 2 > capacity) {
-            AppendNumber(value, isSigned, 2, true);
+        if (value < 0 || value >= 100 || length + 2 > capacity) {
+            AppendNumber(value, 2, true);
             return;
         }
-        WritePair(buf + length, bits);
+        WritePair(buf + length, static_cast<ZemUint32>(value));
         length += 2;
     }
 
     // %d and %u, padded to `width` (0 to 9) as printf pads: with zeros after the sign, or with
-    // spaces in front of it.
-    void AppendNumber(ZemInt value, bool isSigned, unsigned width, bool zeros)
+    // spaces in front of it. The value is an int or an unsigned.
+    void AppendNumber(ZemInt64 value, unsigned width, bool zeros)
     {
-        bool negative = isSigned && value < 0;
-        auto bits = static_cast<ZemUint32>(value);
-        ZemUint32 magnitude = negative ? 0 - bits : bits;
+        bool negative = value < 0;
+        auto magnitude = static_cast<ZemUint32>(negative ? -value : value);
         unsigned digits = CountDigits(magnitude);
         unsigned size = digits + (negative ? 1 : 0);
         if (zeros) {
@@ -180,7 +178,7 @@ ZemSizeT ZemSNPrintf(char* buf, ZemSizeT len, const char* format, ...)
         std::strncmp(format, kDateFormat, kDateFormatSize) == 0) {
         ZemUint32 numbers[7];
         for (ZemUint32& number : numbers) {
-            number = va_arg(args, ZemUint32);
+            number = static_cast<ZemUint32>(va_arg(args, int));
         }
         if (WriteDate(buf, numbers)) {
             text.length = kDateSize;
@@ -210,7 +208,7 @@ ZemSizeT ZemSNPrintf(char* buf, ZemSizeT len, const char* format, ...)
             }
             ++p;
         } else if (*p == '0' && p[1] == '2' && (p[2] == 'd' || p[2] == 'u')) {
-            text.AppendTwo(va_arg(args, int), p[2] == 'd');
+            text.AppendTwo(p[2] == 'd' ? va_arg(args, int) : ZemInt64{va_arg(args, unsigned)});
             p += 3;
         } else {
             bool zeros = *p == '0';
@@ -221,7 +219,8 @@ ZemSizeT ZemSNPrintf(char* buf, ZemSizeT len, const char* format, ...)
             }
             known = *p == 'd' || *p == 'u';
             if (known) {
-                text.AppendNumber(va_arg(args, int), *p == 'd', width, zeros);
+                text.AppendNumber(*p == 'd' ? va_arg(args, int) : ZemInt64{va_arg(args, unsigned)},
+                                  width, zeros);
                 ++p;
             }
         }

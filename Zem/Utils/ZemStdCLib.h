@@ -47,9 +47,10 @@ ZEM_API ZemUint32 ZemStrToUint32(const char* start, char** end, int base);
 ZEM_API struct tm* ZemGmTimeR(const time_t* secs, struct tm* result);
 
 // What timegm returns: the seconds since 1970 that the fields of `t` name, read as UTC, or -1 when
-// the year they come to does not fit tm_year. Fields may lie outside their usual ranges; tm_wday,
-// tm_yday, tm_isdst, tm_gmtoff and tm_zone are not read. Unlike timegm, leaves `t` as it is and
-// takes no lock.
+// the year they come to does not fit tm_year (only there a C library may differ, by a minute: glibc
+// leaves the seconds out when it asks whether the year fits). Fields may lie outside their usual
+// ranges; tm_wday, tm_yday, tm_isdst, tm_gmtoff and tm_zone are not read. Unlike timegm, leaves `t`
+// as it is and takes no lock.
 ZEM_API time_t ZemTimeGm(const struct tm* t);
 
 // localtime_r itself, for callers whose language mode hides its name.
