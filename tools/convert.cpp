@@ -160,7 +160,9 @@ class Converter {
     {
         std::optional<Instant> instant = ParseInstant(std::string(text));
         if (!instant) {
-            unparsed_.Add(source, number, text);
+            UnparsedLines line;
+            line.Add(number, text);
+            unparsed_.Add(line, source, 0);
             return;
         }
         if (any_ && form_.empty()) {
@@ -172,23 +174,23 @@ class Converter {
 
     [[nodiscard]] int Finish() const
     {
-        unparsed_.ReportRest();
+        unparsed_.ShowRest();
         return any_ ? 0 : 1;
     }
 
   private:
     const std::string& form_;
-    Unparsed unparsed_;
+    UnparsedReport unparsed_;
     bool any_ = false;
 };
 
 int ConvertStandardInput(Converter& converter)
 {
     LineReader reader(STDIN_FILENO);
-    std::string_view line;
+    Line line;
     for (ZemUint64 number = 1; reader.Next(line); ++number) {
-        if (!line.empty()) {
-            converter.Convert("-", number, line);
+        if (line.size != 0) {
+            converter.Convert("-", number, line.View());
         }
     }
     int status = converter.Finish();

@@ -35,6 +35,15 @@ ZemUint64 Histogram::MakeRoomFor(ZemTime t)
     return (OrderOf(t) >> shift_) - first_;
 }
 
+void Histogram::AddAll(const Histogram& other)
+{
+    for (ZemUint64 i = 0; i < kSlots; ++i) {
+        if (other.counts_[i] != 0) {
+            AddEvents(TimeOf(other.MiddleOf(i)), other.counts_[i]);
+        }
+    }
+}
+
 std::vector<ZemUint64> Histogram::Columns(const ZemTimeRange& range, size_t columns) const
 {
     ZemUint64 begin = OrderOf(ZemTimeRangeEnd(&range));
@@ -46,7 +55,7 @@ std::vector<ZemUint64> Histogram::Columns(const ZemTimeRange& range, size_t colu
         if (counts_[i] == 0) {
             continue;
         }
-        ZemUint64 middle = ((first_ + i) << shift_) + (ZemUint64{1} << shift_) / 2;
+        ZemUint64 middle = MiddleOf(i);
         ZemUint64 position = middle > begin ? std::min(middle - begin, length) : 0;
         auto column = static_cast<size_t>(static_cast<double>(position) * scale);
         result[std::min(column, columns - 1)] += counts_[i];

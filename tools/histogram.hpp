@@ -15,14 +15,16 @@ class Histogram {
   public:
     Histogram();
 
-    void AddEvent(ZemTime t)
+    void AddEvents(ZemTime t, ZemUint64 events)
     {
         ZemUint64 slot = (OrderOf(t) >> shift_) - first_;
         if (slot >= kSlots) {
             slot = MakeRoomFor(t);
         }
-        counts_[slot] += 1;
+        counts_[slot] += events;
     }
+
+    void AddAll(const Histogram& other);
 
     // The events in each of `columns` equal parts of `range`, which must hold them all.
     [[nodiscard]] std::vector<ZemUint64> Columns(const ZemTimeRange& range, size_t columns) const;
@@ -34,6 +36,17 @@ class Histogram {
     static ZemUint64 OrderOf(ZemTime t)
     {
         return static_cast<ZemUint64>(t) ^ (ZemUint64{1} << 63);
+    }
+
+    static ZemTime TimeOf(ZemUint64 order)
+    {
+        return static_cast<ZemTime>(order ^ (ZemUint64{1} << 63));
+    }
+
+    // The position in the middle of a slot.
+    [[nodiscard]] ZemUint64 MiddleOf(ZemUint64 slot) const
+    {
+        return ((first_ + slot) << shift_) + (ZemUint64{1} << shift_) / 2;
     }
 
     ZemUint64 MakeRoomFor(ZemTime t);

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 namespace {
@@ -12,8 +13,26 @@ constexpr size_t kBlockSize = size_t{256} * 1024;
 }  // namespace
 
 LineReader::LineReader(int descriptor)
-    : block_(new char[kBlockSize]), begin_(block_.get()), end_(begin_), descriptor_(descriptor)
+    : block_(new char[kBlockSize + 2]), begin_(block_.get()), end_(begin_), descriptor_(descriptor)
 {}
+
+LineReader::LineReader(int descriptor, off_t begin, off_t end) : LineReader(descriptor)
+{
+    offset_ = begin;
+    endOffset_ = end;
+}
+
+// What read and pread return.
+ssize_t LineReader::Read(char* to, size_t size)
+{
+    if (offset_ < 0) {
+        return read(descriptor_, to, size);
+    }
+    size_t left = static_cast<size_t>(endOffset_ - offset_);
+    ssize_t count = pread(descriptor_, to, std::min(size, left), offset_);
+    offset_ += count > 0 ? count : 0;
+    return count;
+}
 
 // Moves what is left to the front of the block and reads behind it. False when nothing was added.
 bool LineReader::Fill()
@@ -25,7 +44,7 @@ bool LineReader::Fill()
 
     ssize_t count = 0;
     do {
-        count = read(descriptor_, block_.get() + left, kBlockSize - left);
+        count = Read(block_.get() + left, kBlockSize - left);
     } while (count < 0 && errno == EINTR);
     if (count < 0) {
         error_ = errno;
@@ -38,39 +57,23 @@ bool LineReader::Fill()
     return true;
 }
 
-void LineReader::SkipRestOfLine()
+bool LineReader::NextBeyondBlock(Line& line)
 {
-    const void* newline = nullptr;
-    do {
-        begin_ = end_;
-        if (!Fill()) {
-            return;
-        }
-        newline = std::memchr(begin_, '\n', static_cast<size_t>(end_ - begin_));
-    } while (newline == nullptr);
-    begin_ = static_cast<const char*>(newline) + 1;
-}
-
-bool LineReader::NextBeyondBlock(std::string_view& line)
-{
-    if (insideLongLine_) {
-        insideLongLine_ = false;
-        SkipRestOfLine();
-        return Next(line);
-    }
     while (Fill()) {
-        const void* newline = std::memchr(begin_, '\n', static_cast<size_t>(end_ - begin_));
-        if (newline != nullptr) {
-            TakeUpTo(static_cast<const char*>(newline), line);
-            return true;
+        char* newline = FindNewline();
+        if (insideLongLine_) {
+            insideLongLine_ = newline == nullptr;
+            begin_ = insideLongLine_ ? end_ : newline + 1;
         }
-        if (end_ == block_.get() + kBlockSize) {
+        if (newline != nullptr) {
+            return Next(line);
+        }
+        if (!insideLongLine_ && end_ == block_.get() + kBlockSize) {
             insideLongLine_ = true;
             break;
         }
     }
     // The last line has no newline, or this is the beginning of a long one.
-    line = std::string_view(begin_, static_cast<size_t>(end_ - begin_));
-    begin_ = end_;
-    return !line.empty();
+    TakeUpTo(end_, line);
+    return line.size != 0;
 }

@@ -3,26 +3,44 @@
 #ifndef ZEMTIME_TOOLS_LINE_READER_HPP
 #define ZEMTIME_TOOLS_LINE_READER_HPP
 
+#include <sys/types.h>
+
 #include <cstring>
 #include <memory>
 #include <string_view>
 
 #include "Zem/Utils/SysDep/ZemBaseTypes.h"
 
+// A line without its newline: a NUL stands in its place, and the byte behind that may be written.
+struct Line {
+    char* text;
+    size_t size;
+
+    [[nodiscard]] std::string_view View() const
+    {
+        return {text, size};
+    }
+};
+
 class LineReader {
   public:
+    // Reads on from where the descriptor stands to the end of the input.
     explicit LineReader(int descriptor);
 
-    // Sets `line` to the next line, without its newline, and returns true; false at the end of the
-    // input or when it cannot be read. The text holds until the next call. Of a line longer than a
-    // block only the beginning is given.
-    bool Next(std::string_view& line)
+    // Reads a part of a file.
+    LineReader(int descriptor, off_t begin, off_t end);
+
+    // Sets `line` to the next line and returns true; false at the end of the input or when it
+    // cannot be read. The text holds until the next call. Of a line longer than a block only the
+    // beginning is given.
+    bool Next(Line& line)
     {
-        const void* newline = std::memchr(begin_, '\n', static_cast<size_t>(end_ - begin_));
+        char* newline = FindNewline();
         if (newline == nullptr) {
             return NextBeyondBlock(line);
         }
-        TakeUpTo(static_cast<const char*>(newline), line);
+        TakeUpTo(newline, line);
+        begin_ = newline + 1;
         return true;
     }
 
@@ -38,22 +56,31 @@ class LineReader {
     }
 
   private:
-    void TakeUpTo(const char* newline, std::string_view& line)
+    [[nodiscard]] char* FindNewline() const
     {
-        line = std::string_view(begin_, static_cast<size_t>(newline - begin_));
-        begin_ = newline + 1;
+        return static_cast<char*>(std::memchr(begin_, '\n', static_cast<size_t>(end_ - begin_)));
     }
 
-    bool NextBeyondBlock(std::string_view& line);
+    void TakeUpTo(char* lineEnd, Line& line)
+    {
+        line = {begin_, static_cast<size_t>(lineEnd - begin_)};
+        *lineEnd = '\0';
+        begin_ = lineEnd;
+    }
+
+    bool NextBeyondBlock(Line& line);
+    ssize_t Read(char* to, size_t size);
     bool Fill();
     void SkipRestOfLine();
 
     std::unique_ptr<char[]> block_;
-    const char* begin_;  // what is not yet given out
-    const char* end_;
+    char* begin_;  // what is not yet given out
+    char* end_;
     int descriptor_;
     int error_ = 0;
     ZemUint64 bytesRead_ = 0;
+    off_t offset_ = -1;  // of what is read next; -1: where the descriptor stands
+    off_t endOffset_ = 0;
     bool insideLongLine_ = false;
 };
 

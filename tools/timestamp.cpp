@@ -3,14 +3,9 @@
 
 #include "timestamp.hpp"
 
-#include <algorithm>
-#include <cstring>
-
 namespace {
 
-constexpr ptrdiff_t kDateAndTime = 19;  // YYYY-MM-DDThh:mm:ss
-constexpr ptrdiff_t kFraction = 10;     // the point and the digits that count
-constexpr ptrdiff_t kZone = 10;         // a space, a sign, hh:mm:ss
+constexpr size_t kDateAndTime = 19;  // YYYY-MM-DDThh:mm:ss
 
 bool IsDigit(char c)
 {
@@ -22,69 +17,50 @@ bool IsDigitOrLetter(char c)
     return IsDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
-bool IsDigitAt(const char* p, const char* end)
+char* SkipDigits(char* p)
 {
-    return p < end && IsDigit(*p);
-}
-
-const char* SkipDigits(const char* p, const char* end)
-{
-    while (IsDigitAt(p, end)) {
+    while (IsDigit(*p)) {
         ++p;
     }
     return p;
 }
 
 // Whether a timestamp may end before `p`: what follows must not read as more of it.
-bool MayEndBefore(const char* p, const char* end)
+bool MayEndBefore(const char* p)
 {
-    if (p == end) {
-        return true;
-    }
-    return !IsDigitOrLetter(*p) && !(*p == ':' && IsDigitAt(p + 1, end));
+    return !IsDigitOrLetter(*p) && !(*p == ':' && IsDigit(p[1]));
 }
 
 // Where the offset's sign stands when an offset seems to begin at `p`, else null.
-const char* FindSign(const char* p, const char* end)
+char* FindSign(char* p)
 {
-    if (p < end && *p == ' ') {
-        ++p;
-    }
-    return p < end && (*p == '+' || *p == '-') && IsDigitAt(p + 1, end) ? p : nullptr;
+    p += *p == ' ' ? 1 : 0;
+    return (*p == '+' || *p == '-') && IsDigit(p[1]) ? p : nullptr;
 }
 
 // Whether a time without a zone ends before `p`. A broken offset, or a fraction behind a comma,
 // must not pass for one.
-bool MayLackZone(const char* p, const char* end)
+bool MayLackZone(char* p)
 {
-    bool comma = p < end && *p == ',' && IsDigitAt(p + 1, end);
-    return MayEndBefore(p, end) && FindSign(p, end) == nullptr && !comma;
+    return MayEndBefore(p) && FindSign(p) == nullptr && !(*p == ',' && IsDigit(p[1]));
 }
 
 // The end of the zone at `p`, or null when what stands there is none.
-const char* FindZoneEnd(const char* p, const char* end)
+char* FindZoneEnd(char* p)
 {
-    if (p < end && *p == 'Z') {
-        return MayEndBefore(p + 1, end) ? p + 1 : nullptr;
+    if (*p == 'Z') {
+        return MayEndBefore(p + 1) ? p + 1 : nullptr;
     }
-    const char* sign = FindSign(p, end);
+    char* sign = FindSign(p);
     if (sign == nullptr) {
         return nullptr;
     }
-    p = SkipDigits(sign + 1, end);
+    p = SkipDigits(sign + 1);
     ptrdiff_t width = p - sign - 1;
-    if (width == 2) {
-        for (int part = 0; part < 2 && p < end && *p == ':'; ++part) {
-            const char* next = SkipDigits(p + 1, end);
-            if (next - p != 3) {
-                break;
-            }
-            p = next;
-        }
-    } else if (width != 4 && width != 6) {
-        return nullptr;
+    for (int part = 0; part < 2 && width == 2 && *p == ':' && IsDigit(p[1]); ++part) {
+        p = SkipDigits(p + 1);
     }
-    return MayEndBefore(p, end) ? p : nullptr;
+    return (width == 2 || width == 4 || width == 6) && MayEndBefore(p) ? p : nullptr;
 }
 
 std::optional<ZemTime> Known(ZemTime t)
@@ -94,39 +70,35 @@ std::optional<ZemTime> Known(ZemTime t)
 
 }  // namespace
 
-std::optional<ZemTime> ReadTimestamp(std::string_view line, const std::optional<Zone>& assumed)
+std::optional<ZemTime> ReadTimestamp(Line line, const std::optional<Zone>& assumed)
 {
-    const char* p = line.data();
-    const char* end = p + line.size();
-    if (p < end && *p == '[') {
-        ++p;
+    char* text = line.text + (line.text[0] == '[' ? 1 : 0);
+    if (line.text + line.size < text + kDateAndTime) {
+        return std::nullopt;
     }
-    if (end - p < kDateAndTime) {
+    char* fractionEnd = text + kDateAndTime;
+    if (*fractionEnd == '.') {
+        fractionEnd = SkipDigits(fractionEnd + 1);
+    }
+    char* end = FindZoneEnd(fractionEnd);
+    bool hasZone = end != nullptr;
+    if (!hasZone && !(assumed && MayLackZone(fractionEnd))) {
         return std::nullopt;
     }
 
-    const char* fractionEnd = p + kDateAndTime;
-    if (fractionEnd < end && *fractionEnd == '.') {
-        fractionEnd = SkipDigits(fractionEnd + 1, end);
-    }
-    const char* zoneEnd = FindZoneEnd(fractionEnd, end);
-    bool hasZone = zoneEnd != nullptr;
-    if (!hasZone && !(assumed && MayLackZone(fractionEnd, end))) {
-        return std::nullopt;
-    }
-
-    char text[kDateAndTime + kFraction + kZone + 1];
-    ptrdiff_t length = std::min(fractionEnd - p, kDateAndTime + kFraction);
-    std::memcpy(text, p, static_cast<size_t>(length));
-    const char* zone = hasZone ? fractionEnd : "Z";
-    ptrdiff_t zoneLength = hasZone ? zoneEnd - fractionEnd : 1;
-    std::memcpy(text + length, zone, static_cast<size_t>(zoneLength));
-    text[length + zoneLength] = '\0';
-
+    // For a moment the text ends where the timestamp does, with a zone in any case.
     ZemGregorianTime record;
-    if (ZemGregorianTimeConstructCStr(&record, text) == nullptr) {
+    end = hasZone ? end : fractionEnd + 1;
+    const char saved[] = {end[-1], end[0]};
+    end[-1] = hasZone ? end[-1] : 'Z';
+    end[0] = '\0';
+    bool isParsed = ZemGregorianTimeConstructCStr(&record, text) != nullptr;
+    end[-1] = saved[0];
+    end[0] = saved[1];
+    if (!isParsed) {
         return std::nullopt;
     }
+
     if (!hasZone && assumed->kind == Zone::Kind::kLocal) {
         return Known(ZemGregorianTimeGetLocalTime(&record));
     }

@@ -20,17 +20,29 @@ std::string Excerpt(std::string_view line)
 
 }  // namespace
 
-void Unparsed::Add(const std::string& file, ZemUint64 lineNumber, std::string_view line)
+void UnparsedLines::Add(ZemUint64 number, std::string_view line)
 {
-    if (++count_ <= kShown) {
-        std::fprintf(stderr, "%s:%" PRIu64 ": no timestamp: %s\n", file.c_str(), lineNumber,
-                     Excerpt(line).c_str());
+    count_ += 1;
+    if (first_.size() < kShown) {
+        first_.push_back({number, Excerpt(line)});
     }
 }
 
-void Unparsed::ReportRest() const
+void UnparsedReport::Add(const UnparsedLines& lines, const std::string& file, ZemUint64 linesBefore)
 {
-    if (count_ > kShown) {
-        std::fprintf(stderr, "zemtime: %" PRIu64 " more without a timestamp\n", count_ - kShown);
+    count_ += lines.count_;
+    for (const UnparsedLines::Line& line : lines.first_) {
+        if (shown_ < kShown) {
+            shown_ += 1;
+            std::fprintf(stderr, "%s:%" PRIu64 ": no timestamp: %s\n", file.c_str(),
+                         linesBefore + line.number, line.excerpt.c_str());
+        }
+    }
+}
+
+void UnparsedReport::ShowRest() const
+{
+    if (count_ > shown_) {
+        std::fprintf(stderr, "zemtime: %" PRIu64 " more without a timestamp\n", count_ - shown_);
     }
 }
