@@ -108,8 +108,8 @@ TEST(Text, BoundedPrinting)
             else
                 ExpectLikeSnprintf(format.c_str(), n == 0 ? "" : std::to_string(n).c_str());
     for (const auto& [nanosecs, text] : Table("durations.txt")) {
-        ExpectBounded(text, [&text = text](char* buf, std::size_t size) {
-            EXPECT_EQ(ZemStrLCpy(buf, text.c_str(), size), text.size());
+        ExpectBounded(text, [&source = text](char* buf, std::size_t size) {
+            EXPECT_EQ(ZemStrLCpy(buf, source.c_str(), size), source.size());
         });
         ExpectBounded(text, [t = std::stoll(nanosecs)](char* buf, std::size_t size) {
             EXPECT_EQ(ZemTimePrintCompact(t, buf, size), buf);
