@@ -9,8 +9,9 @@
 // type followed by the operation. Failures are reported by the result alone: a null pointer, a
 // ZemBool of 0, or ZEM_TIME_INFINITE. An operation that validates its input does so before it
 // writes anything. No pointer is tested for null and no index against its array, unless the
-// function says so. Nothing here locks, allocates (the range vector apart) or keeps state (the
-// factor of the monotonic clock apart); functions on distinct records may run on any threads.
+// function says so. Nothing here takes a lock of its own (the C library does for local time),
+// allocates (the range vector apart) or keeps state (the factor of the monotonic clock apart);
+// functions on distinct records may run on any threads.
 
 #ifndef ZEM_OS_ZEMTIME_H
 #define ZEM_OS_ZEMTIME_H
