@@ -289,6 +289,9 @@ constexpr ZemInt64 kYearsPerEra = 400;
 // From 0000-03-01, a Wednesday, to 1970-01-01.
 constexpr ZemInt64 kEpochDay = 719468;
 
+// From March 1 to the first of January, February and so on in a computational year.
+const ZemUint32 kDaysFromMarch[12] = {306, 337, 0, 31, 61, 92, 122, 153, 184, 214, 245, 275};
+
 // Added to make every quantity unsigned: more eras than an int of years, with the years that an
 // int of months and of days adds, can go below 0.
 constexpr ZemInt64 kBiasEras = 6000000;
@@ -318,7 +321,7 @@ struct tm* ZemGmTimeR(const time_t* secs, struct tm* result)
 
     // With d days in four centuries (or years), (4 * day + 3) / d is the century (or year).
     ZemUint64 n1 = 4 * day + 3;
-    ZemUint64 century = n1 / kDaysPerEra;
+    auto century = static_cast<ZemUint32>(n1 / kDaysPerEra);
     auto n2 = static_cast<ZemUint32>(n1 % kDaysPerEra) | 3;        // 4 * day of century + 3
     ZemUint64 p2 = ZemUint64{2939745} * n2;                        // n2 / 1461 in the high half
     auto yearOfCentury = static_cast<ZemUint32>(p2 / 4294967296);  // 0 .. 99
@@ -331,11 +334,18 @@ struct tm* ZemGmTimeR(const time_t* secs, struct tm* result)
     // make mispredictions of conditions.
     ZemUint32 nextYear = dayOfYear >= 306 ? 1 : 0;
     ZemUint32 leap = (yearOfCentury != 0 ? yearOfCentury : century) % 4 == 0 ? 1 : 0;
-    auto year = static_cast<ZemInt64>(100 * century + yearOfCentury + nextYear) - kBiasYears;
+    // Wraps, and back again when the bias goes.
+    ZemUint32 year = 100 * century + yearOfCentury + nextYear - static_cast<ZemUint32>(kBiasYears);
 
-    result->tm_sec = static_cast<int>(secondOfDay % 60);
-    result->tm_min = static_cast<int>(secondOfDay / 60 % 60);
-    result->tm_hour = static_cast<int>(secondOfDay / 3600);
+    // Hours with their fraction as 32.32 bits, rounded up by less than a second in a day; then the
+    // minutes and the seconds of the fractions.
+    ZemUint64 hours = ZemUint64{secondOfDay} * 1193047;
+    ZemUint64 minutes = hours % 4294967296 * 60;
+    ZemUint64 seconds = minutes % 4294967296 * 60;
+
+    result->tm_sec = static_cast<int>(seconds / 4294967296);
+    result->tm_min = static_cast<int>(minutes / 4294967296);
+    result->tm_hour = static_cast<int>(hours / 4294967296);
     result->tm_mday = static_cast<int>(dayOfMonth + 1);
     result->tm_mon = static_cast<int>(month - 1 - 12 * nextYear);
     result->tm_year = static_cast<int>(year - 1900);
@@ -359,13 +369,9 @@ time_t ZemTimeGm(const struct tm* t)
             year -= 1;
         }
     }
-    // March .. February as 3 .. 14. A product, as compilers make a misprediction of a condition.
-    ZemInt64 lastYear = month < 2 ? 1 : 0;
-    auto marchMonth = static_cast<ZemUint32>(month + 1 + 12 * lastYear);
-    auto marchYear = static_cast<ZemUint64>(year - lastYear);
+    auto marchYear = static_cast<ZemUint64>(year - (month < 2 ? 1 : 0));
     ZemUint64 century = marchYear / 100;
-    ZemUint64 firstOfMonth =
-        1461 * marchYear / 4 - century + century / 4 + ZemUint64{(979 * marchMonth - 2919) / 32};
+    ZemUint64 firstOfMonth = 1461 * marchYear / 4 - century + century / 4 + kDaysFromMarch[month];
 
     ZemInt64 day = static_cast<ZemInt64>(firstOfMonth) - kBiasDays + t->tm_mday - 1;
     ZemInt64 secs =
