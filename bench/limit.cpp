@@ -50,14 +50,13 @@ inline char* PutShort(char* p, uint32_t value)
     return p + kPairs.plain[value][3];
 }
 
-// Days from 1970-01-01, for years 0 and up (Neri and Schneider, 2022).
+// Days from 1970-01-01, for years 0 and up.
 inline int64_t DaysFromCivil(uint32_t year, uint32_t month, uint32_t day)
 {
-    uint32_t lastYear = month <= 2;
-    uint32_t marchYear = year - lastYear + 400;
-    uint32_t marchMonth = month + 12 * lastYear;  // no branch on the season
+    constexpr uint32_t daysFromMarch[] = {306, 337, 0, 31, 61, 92, 122, 153, 184, 214, 245, 275};
+    uint32_t marchYear = year - (month <= 2) + 400;
     uint32_t century = marchYear / 100;
-    uint32_t days = 1461 * marchYear / 4 - century + century / 4 + (979 * marchMonth - 2919) / 32;
+    uint32_t days = 1461 * marchYear / 4 - century + century / 4 + daysFromMarch[month - 1];
     return int64_t{days} + day - 1 - kEpochDay - 146097;
 }
 

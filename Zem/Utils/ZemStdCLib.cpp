@@ -370,7 +370,7 @@ time_t ZemTimeGm(const struct tm* t)
         }
     }
     auto marchYear = static_cast<ZemUint64>(year - (month < 2 ? 1 : 0));
-    ZemUint64 century = marchYear / 100;
+    auto century = static_cast<ZemUint32>(marchYear / 100);
     ZemUint64 firstOfMonth = 1461 * marchYear / 4 - century + century / 4 + kDaysFromMarch[month];
 
     ZemInt64 day = static_cast<ZemInt64>(firstOfMonth) - kBiasDays + t->tm_mday - 1;
