@@ -47,8 +47,10 @@ static ZemGregorianTime ExpectRecord(ZemTime t, bool local)
     return gt;
 }
 
-TEST(Calendar, EveryDayInUtc)
+TEST(Calendar, EveryDayAndEverySecondInUtc)
 {
+    for (ZemTime second = 0; second < 86400 && !HasFailure(); ++second)
+        ExpectRecord(second * kSecond, false);
     const Int128 day = 86400 * kSecond;
     for (Int128 start = -106752 * day; start <= INT64_MAX && !HasFailure(); start += day)
         for (Int128 t : {start, start + day - kSecond, start + day - 1})
@@ -67,6 +69,13 @@ TEST(Calendar, AnyFields)
         t.tm_gmtoff = AnyInt64();
         ExpectConversions({t, nanosecs});
     }
+    // The first and the last second of a ZemTime, each in part, and their neighbours.
+    for (time_t secs : {-9223372038, -9223372037, -9223372036, 9223372035, 9223372036, 9223372037})
+        for (ZemTime nanosecs : {-1, 0, 145224191, 145224192, 854775807, 854775808, 999999999}) {
+            ZemGregorianTime gt = {{}, nanosecs};
+            gmtime_r(&secs, &gt.tm);
+            ExpectConversions(gt);
+        }
     // The first and the last second whose year fits an int.
     for (time_t secs : {-67768040609740800, 67768036191676799}) {
         tm t;

@@ -53,6 +53,10 @@ TEST(Text, ParserAndFormatter)
     }
     ZemGregorianTimeConstructUTC(&gt, -1);
     ExpectPrinted(gt, "1969-12-31 23:59:59.999 +00:00");
+    ZemGregorianTimeConstructUTC(&gt, -82800999999999);
+    ExpectPrinted(gt, "1969-12-31 00:59:59.000 +00:00");
+    gt.nanosecs = -1000000000;  // a second and more is printed as it stands
+    ExpectPrinted(gt, "1969-12-31 01:00:00.-1000 +00:00");
     ZemGregorianTimeConstructFields(&gt, INT_MIN, 1, 1, 0, 0, 0, 0);
     gt.nanosecs = -1000000;
     ZemGregorianTimeSetUTCOffset(&gt, INT_MIN);
@@ -95,18 +99,27 @@ static void ExpectLikeSnprintf(const char* format, Args... args)
 
 TEST(Text, BoundedPrinting)
 {
+    std::vector<int> numbers = {0, 7, -7, -99, 12345, INT_MAX, INT_MIN};
+    for (int power = 10; power <= INT_MAX / 10; power *= 10)
+        numbers.insert(numbers.end(), {power - 1, power});
+    numbers.insert(numbers.end(), {999999999, 1000000000});
     for (const auto& [format, type] : Table("formats.txt"))
-        for (int n : {0, 7, -7, 10, -99, 100, 999, 1000, 12345, 99999999, INT_MAX, INT_MIN})
+        for (int n : numbers)
             if (type == "int")
                 ExpectLikeSnprintf(format.c_str(), n);
             else if (type == "unsigned")
                 ExpectLikeSnprintf(format.c_str(), static_cast<unsigned>(n));
             else if (type == "date")
-                for (int i = 0; i < 3; ++i)
-                    ExpectLikeSnprintf(format.c_str(), i == 0 ? n : 2024, 1, 2, i == 1 ? n : 3, 4,
-                                       5, i == 2 ? n : 6, 7L);
+                for (int i = 0; i < 7; ++i) {
+                    int f[] = {2024, 1, 2, 3, 4, 5, 6};
+                    f[i] = n;
+                    ExpectLikeSnprintf(format.c_str(), f[0], f[1], f[2], f[3], f[4], f[5], f[6],
+                                       7L);
+                }
             else
-                ExpectLikeSnprintf(format.c_str(), n == 0 ? "" : std::to_string(n).c_str());
+                ExpectLikeSnprintf(format.c_str(), n == 0    ? ""
+                                                   : n == -7 ? nullptr
+                                                             : std::to_string(n).c_str());
     for (const auto& [nanosecs, text] : Table("durations.txt")) {
         ExpectBounded(text, [&source = text](char* buf, std::size_t size) {
             EXPECT_EQ(ZemStrLCpy(buf, source.c_str(), size), source.size());
@@ -115,6 +128,16 @@ TEST(Text, BoundedPrinting)
             EXPECT_EQ(ZemTimePrintCompact(t, buf, size), buf);
         });
     }
+}
+
+TEST(Text, MemSet)
+{
+    std::string bytes(4, 'a');
+    for (std::size_t size = 0; size < 4; ++size) {
+        EXPECT_EQ(ZemMemSet(bytes.data(), 'b', size), bytes.data());
+        EXPECT_EQ(bytes, std::string(size, 'b') + std::string(4 - size, 'a'));
+    }
+    EXPECT_EQ(ZemMemSet(nullptr, 'b', 0), nullptr);
 }
 
 TEST(Text, StrToUint32IsStrtoul)

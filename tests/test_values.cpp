@@ -1,5 +1,7 @@
 // Time values, units, elapsed time and NTP timestamps.
 
+#include <chrono>
+
 #include "support.hpp"
 
 TEST(Values, AllNumbers)
@@ -25,6 +27,25 @@ TEST(Values, AllNumbers)
         ZemTimeDestruct(&x);
         EXPECT_TRUE(x == u && ZemTimeConstruct(&x) == &x && x == 0);
     }
+}
+
+// The host's own clocks: a reading lies between two by the standard library, all of them rounded as
+// a reading is.
+TEST(Values, RealClocks)
+{
+    using namespace std::chrono;
+    auto nanosecs = [](auto now) { return duration<double, std::nano>(now.time_since_epoch()); };
+    EXPECT_EQ(ZemTimeInitialize(), 1);
+    auto before = nanosecs(steady_clock::now());
+    ZemTime t = ZemTimeGetCurrentMonotonicTime();
+    auto after = nanosecs(steady_clock::now());
+    EXPECT_TRUE(before.count() <= static_cast<double>(t) &&
+                static_cast<double>(t) <= after.count());
+    before = nanosecs(floor<microseconds>(system_clock::now()));
+    t = ZemTimeGetCurrentWallTime();
+    after = nanosecs(system_clock::now());
+    EXPECT_TRUE(before.count() <= static_cast<double>(t) &&
+                static_cast<double>(t) <= after.count());
 }
 
 TEST(Values, NtpTable)

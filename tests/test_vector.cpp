@@ -48,7 +48,7 @@ TEST(Allocators, MallocHonoursItsLimit)
     ZemAllocatorDeallocate(&a, std::memset(block, 1, 64), 64);
 }
 
-// In a buffer of every small size at every alignment: blocks of 16, 15 ... bytes until none fits,
+// In a buffer of every small size at every alignment: blocks of 16, 11 ... bytes until none fits,
 // handed back from the oldest on, and then the whole room at once.
 TEST(Allocators, FixedUsesItsBufferAndNoMore)
 {
@@ -62,15 +62,16 @@ TEST(Allocators, FixedUsesItsBufferAndNoMore)
         ZemFixedAllocator fixed;
         ASSERT_EQ(ZemFixedAllocatorConstruct(&fixed, memory.data() + skip, size), &fixed);
         ZemAllocator* a = &fixed.allocator;
+        EXPECT_EQ(a->maxSize, 16 * count);
         for (std::size_t b = 0; b < count; ++b) {
-            void* block = ZemAllocatorAllocate(a, 16 - b);
+            void* block = ZemAllocatorAllocate(a, 16 - 5 * b);
             ASSERT_EQ(block, first + 16 * b);
-            ZemAllocatorDeallocate(a, std::memset(block, 1, 16), 16 - b);
-            ASSERT_EQ(ZemAllocatorAllocate(a, 16 - b), block) << "the newest is free at once";
+            ZemAllocatorDeallocate(a, std::memset(block, 1, 16), 16 - 5 * b);
+            ASSERT_EQ(ZemAllocatorAllocate(a, 16 - 5 * b), block) << "the newest is free at once";
         }
         for (std::size_t b = 0; b < count; ++b) {
             EXPECT_EQ(ZemAllocatorAllocate(a, 1), nullptr);
-            ZemAllocatorDeallocate(a, first + 16 * b, 16 - b);
+            ZemAllocatorDeallocate(a, first + 16 * b, 16 - 5 * b);
         }
         EXPECT_EQ(ZemAllocatorAllocate(a, 0), nullptr);
         EXPECT_EQ(ZemAllocatorAllocate(a, 16 * count + 1), nullptr);

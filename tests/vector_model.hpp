@@ -24,10 +24,10 @@ struct VectorModel {
         std::size_t capacity = 0;
     };
     struct Operation {
-        std::function<bool()> call;  // tells whether it succeeded
-        std::size_t from, upTo;      // the elements from here up to there
-        Items added;                 // make way for these
-        std::size_t capacity = 0;    // asks for a block of so many when there is a smaller one
+        std::function<int()> call;  // gives 1 when it succeeded
+        std::size_t from, upTo;     // the elements from here up to there
+        Items added;                // make way for these
+        std::size_t capacity = 0;   // asks for a block of so many when there is a smaller one
     };
 
     const std::uint8_t* next;

@@ -31,7 +31,8 @@ void PrintFrac_(char* buf, ZemSizeT len, const char* unit, ZemUint64 thousandths
 const char* ZemTimePrintCompact(ZemTime t, char* buf, ZemSizeT len)
 {
     // The sign is taken without a branch, which could not be predicted: where there is room for
-    // it, it is written in any case, and the number goes behind or over it.
+    // it, it is written in any case, and the number goes behind or over it. Where there is none,
+    // the number's text is cut to nothing as well.
     auto bits = static_cast<ZemUint64>(t);
     ZemUint64 negative = bits / 9223372036854775808U;  // 1 or 0
     ZemUint64 n = (bits ^ (0 - negative)) + negative;
@@ -40,8 +41,6 @@ const char* ZemTimePrintCompact(ZemTime t, char* buf, ZemSizeT len)
         *buf = '-';
         wp += negative;
         len -= negative;
-    } else if (negative != 0) {
-        ZemStrLCpy(buf, "-", len);
     }
 
     if (n < kMicrosecond) {
