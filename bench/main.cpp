@@ -89,6 +89,7 @@ int main(int argc, char** argv)
     if (bench::g_failed) {
         return 1;
     }
+    benchmark::AddCustomContext("compiler", BENCH_COMPILER);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     return 0;

@@ -25,7 +25,7 @@ TARGETS = {
     "range containment": {"limit": 1.05},
     "append 1,000 records, each": {"std::vector": 1},
     "iterate and sum, each": {"limit": 1.05},
-    "insert in the middle of 1,000": {"limit": 1.05},
+    "insert in the middle of 1,000": {"limit": 1.05, "std::vector": 1.05},
     "time value to NTP": {"limit": 1.05},
     "NTP to time value": {"limit": 1.05},
 }
@@ -61,6 +61,8 @@ def read(results):
     for run in results["benchmarks"]:
         if run["run_type"] == "iteration":
             job, column = run["run_name"].split("/")[:2]
+            if job not in TARGETS:
+                raise SystemExit(f"A job without a target: {job}")
             jobs.setdefault(job, {}).setdefault(column, Column()).add(run)
     return jobs
 
@@ -115,12 +117,12 @@ def table_row(jobs, job):
 
 
 def table_rows(jobs):
-    """A row for each job, but those whose base of comparison a filter has left out."""
+    """A row for each job. Says which have none, as a filter left out what they are compared with."""
     for job in TARGETS:
         try:
             yield table_row(jobs, job)
         except KeyError:
-            continue
+            print(f"Not in the table: {job}", file=sys.stderr)
 
 
 def print_table(head, rows):
@@ -168,7 +170,8 @@ def main():
 
     print(f"### Measured {results['context']['date'][:10]} on {processor()}\n")
     print(
-        f"Nanoseconds an operation, medians of {repetitions} repetitions in one process; g++ -O3.\n"
+        f"Nanoseconds an operation, medians of {repetitions} repetitions in one process;"
+        f" {results['context']['compiler']}.\n"
     )
     print_table(
         ["job", "ours inline", "ours exported", "best peer", "limit", "ours / best peer",

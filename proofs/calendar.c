@@ -1,7 +1,7 @@
-// Validity of calendar fields; and the civil arithmetic, for every number of seconds and every
-// value that the fields of a record can hold: no overflow, and fields in their ranges. (That they
-// are the right ones is for the sweep over every day to show.) The bodies come from the library's
-// C++ sources, their casts rewritten as C's.
+// Validity and order of calendar fields; and the civil arithmetic, for every number of seconds and
+// every value that the fields of a record can hold: no overflow, and fields in their ranges. (That
+// they are the right ones is for the sweep over every day to show.) The bodies come from the
+// library's C++ sources, their casts rewritten as C's.
 
 #include <stdbool.h>
 
@@ -35,6 +35,42 @@ bool IsLeapYear(ZemInt year);
   @ ensures \result == DaysIn(year, month);
   @*/
 ZemInt DaysInMonth(ZemInt year, ZemInt month);
+
+/*@ requires \valid_read(gt) && -2147483648 <= gt->tm.tm_gmtoff <= 2147483647;
+  @ assigns \nothing;
+  @ ensures \result == gt->tm.tm_gmtoff;
+  @*/
+ZemInt ZemGregorianTimeGetUTCOffset(const ZemGregorianTime* gt);
+
+/*@ requires \valid_read(a) && \valid_read(b);
+  @ requires -2147483648 <= a->tm.tm_gmtoff <= 2147483647;
+  @ requires -2147483648 <= b->tm.tm_gmtoff <= 2147483647;
+  @ assigns \nothing;
+  @ ensures \result == 0 || \result == 1;
+  @ ensures \result == 1 <==>
+  @   a->tm.tm_year == b->tm.tm_year && a->tm.tm_mon == b->tm.tm_mon &&
+  @   a->tm.tm_mday == b->tm.tm_mday && a->tm.tm_hour == b->tm.tm_hour &&
+  @   a->tm.tm_min == b->tm.tm_min && a->tm.tm_sec == b->tm.tm_sec &&
+  @   a->nanosecs == b->nanosecs && a->tm.tm_gmtoff == b->tm.tm_gmtoff;
+  @*/
+ZemBool ZemGregorianTimeEqual(const ZemGregorianTime* a, const ZemGregorianTime* b);
+
+/*@ requires \valid_read(a) && \valid_read(b);
+  @ requires -2147483648 <= a->tm.tm_gmtoff <= 2147483647;
+  @ requires -2147483648 <= b->tm.tm_gmtoff <= 2147483647;
+  @ assigns \nothing;
+  @ ensures \result == 0 || \result == 1;
+  @ ensures lexicographic: \result == 1 <==>
+  @   a->tm.tm_year < b->tm.tm_year || a->tm.tm_year == b->tm.tm_year && (
+  @   a->tm.tm_mon < b->tm.tm_mon || a->tm.tm_mon == b->tm.tm_mon && (
+  @   a->tm.tm_mday < b->tm.tm_mday || a->tm.tm_mday == b->tm.tm_mday && (
+  @   a->tm.tm_hour < b->tm.tm_hour || a->tm.tm_hour == b->tm.tm_hour && (
+  @   a->tm.tm_min < b->tm.tm_min || a->tm.tm_min == b->tm.tm_min && (
+  @   a->tm.tm_sec < b->tm.tm_sec || a->tm.tm_sec == b->tm.tm_sec && (
+  @   a->nanosecs < b->nanosecs || a->nanosecs == b->nanosecs &&
+  @   a->tm.tm_gmtoff < b->tm.tm_gmtoff))))));
+  @*/
+ZemBool ZemGregorianTimeLess(const ZemGregorianTime* a, const ZemGregorianTime* b);
 
 /*@ requires \valid_read(t);
   @ assigns \nothing;

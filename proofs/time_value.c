@@ -36,6 +36,8 @@ ZemTime ZemTimeSecs(ZemInt64 secs);
   @ behavior exact:
   @   assumes -9223372036854 <= msecs <= 9223372036854;
   @   ensures \result == msecs * 1000000;
+  @ behavior wraps:
+  @   ensures \exists integer k; \result == msecs * 1000000 + k * 18446744073709551616;
   @*/
 ZemTime ZemTimeMsecs(ZemInt64 msecs);
 
@@ -43,6 +45,8 @@ ZemTime ZemTimeMsecs(ZemInt64 msecs);
   @ behavior exact:
   @   assumes -9223372036854775 <= usecs <= 9223372036854775;
   @   ensures \result == usecs * 1000;
+  @ behavior wraps:
+  @   ensures \exists integer k; \result == usecs * 1000 + k * 18446744073709551616;
   @*/
 ZemTime ZemTimeUsecs(ZemInt64 usecs);
 

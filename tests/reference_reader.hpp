@@ -46,8 +46,21 @@ inline bool ReferenceRead(const char* at, ZemGregorianTime* gt)
             return false;
         offset = sign == '-' ? -offset : offset;
     }
-    return *at == '\0' &&
-           ZemGregorianTimeConstructFields(gt, f[0], f[1], f[2], f[3], f[4], f[5],
-                                           std::stol(fraction.substr(1))) == gt &&
-           ZemGregorianTimeSetUTCOffset(gt, offset) == 1;
+    const int days[] = {
+        31, f[0] % (f[0] % 100 == 0 ? 400 : 4) == 0 ? 29 : 28, 31, 30, 31, 30, 31, 31, 30, 31, 30,
+        31};
+    if (*at != '\0' || f[1] < 1 || f[1] > 12 || f[2] < 1 || f[2] > days[f[1] - 1] || f[3] < 0 ||
+        f[3] > 23 || f[4] < 0 || f[4] > 59 || f[5] < 0 || f[5] > 60)
+        return false;
+    std::memset(gt, 0, sizeof *gt);
+    const auto [year, month, day, hour, minute, second] = f;
+    gt->tm.tm_year = year - 1900;
+    gt->tm.tm_mon = month - 1;
+    gt->tm.tm_mday = day;
+    gt->tm.tm_hour = hour;
+    gt->tm.tm_min = minute;
+    gt->tm.tm_sec = second;
+    gt->tm.tm_gmtoff = offset;
+    gt->nanosecs = std::stol(fraction.substr(1, 9));
+    return true;
 }

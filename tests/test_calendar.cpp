@@ -76,7 +76,14 @@ TEST(Calendar, AnyFields)
             gmtime_r(&secs, &gt.tm);
             ExpectConversions(gt);
         }
-    // The first and the last second whose year fits an int.
+    // Any second whose year fits an int; then the first and the last of them.
+    for (int i = 0; i < 200000 && !HasFailure(); ++i) {
+        time_t secs = Between(-67768040609740800, 67768036191676799);
+        tm t, expected;
+        gmtime_r(&secs, &expected);
+        EXPECT_EQ(ZemTimeGm(ZemGmTimeR(&secs, &t)), secs);
+        EXPECT_EQ(std::memcmp(&t, &expected, offsetof(tm, tm_isdst)), 0) << secs;
+    }
     for (time_t secs : {-67768040609740800, 67768036191676799}) {
         tm t;
         EXPECT_EQ(ZemTimeGm(ZemGmTimeR(&secs, &t)), secs);

@@ -842,6 +842,9 @@ static_assert(sizeof(ZemTimeRange) == 16 && offsetof(ZemTimeRange, end) == 8, "l
 static_assert(offsetof(ZemGregorianTime, nanosecs) == sizeof(struct tm), "layout");
 static_assert(sizeof(ZemGregorianTime) == sizeof(struct tm) + 8, "layout");
 static_assert(sizeof(ZemVector_ZemTimeRange) == 32, "layout");
+static_assert(offsetof(ZemVector_ZemTimeRange, begin) == 8, "layout");
+static_assert(offsetof(ZemVector_ZemTimeRange, end) == 16, "layout");
+static_assert(offsetof(ZemVector_ZemTimeRange, endBuf) == 24, "layout");
 static_assert(sizeof(time_t) == 8, "time_t has 64 bits");
 
 #ifdef __cplusplus

@@ -62,6 +62,16 @@ typedef struct ZemFixedAllocator {
 ZEM_API ZemFixedAllocator* ZemFixedAllocatorConstruct(ZemFixedAllocator* fixed, ZemVoidPtr buffer,
                                                       ZemSizeT size);
 
+// The layouts that compiled callers rely on.
+static_assert(sizeof(ZemAllocator) == 32, "layout");
+static_assert(offsetof(ZemAllocator, deallocate) == 8, "layout");
+static_assert(offsetof(ZemAllocator, maxSize) == 16, "layout");
+static_assert(offsetof(ZemAllocator, userData) == 24, "layout");
+static_assert(sizeof(ZemFixedAllocator) == 56, "layout");
+static_assert(offsetof(ZemFixedAllocator, begin) == 32, "layout");
+static_assert(offsetof(ZemFixedAllocator, used) == 40, "layout");
+static_assert(offsetof(ZemFixedAllocator, blocks) == 48, "layout");
+
 #ifdef __cplusplus
 }
 #endif
