@@ -138,6 +138,14 @@ TEST(Calendar, FieldsAreValidated)
 
 TEST(Calendar, OrderAndCopies)
 {
+    // Records may be compared as bytes, padding and all.
+    ZemGregorianTime records[2], swapped[2];
+    std::memset(&records[0], 0x11, sizeof records[0]);
+    std::memset(&records[1], 0x22, sizeof records[1]);
+    std::memcpy(swapped, records, sizeof records);
+    ZemGregorianTimeSwap(&swapped[0], &swapped[1]);
+    EXPECT_TRUE(Same(swapped[0], records[1]) && Same(swapped[1], records[0]));
+
     std::vector<ZemGregorianTime> ascending(1);
     ascending[0].tm.tm_year = INT_MIN;
     for (const auto& [text, reason] : Table("order.txt"))

@@ -11,7 +11,8 @@
 // writes anything. No pointer is tested for null and no index against its array, unless the
 // function says so. Nothing here takes a lock of its own (the C library does for local time),
 // allocates (the range vector apart) or keeps state (the factor of the monotonic clock apart);
-// functions on distinct records may run on any threads.
+// functions on distinct records may run on any threads (vectors on one allocator: if that allows
+// it).
 
 #ifndef ZEM_OS_ZEMTIME_H
 #define ZEM_OS_ZEMTIME_H
@@ -91,9 +92,10 @@ ZEM_API ZemBool ZemTimeInitialize(void);
 ZEM_API ZemTime ZemTimeGetCurrentWallTime(void);
 
 // Nanoseconds since an origin of the host's; never decreases, never negative. 0 until
-// ZemTimeInitialize has succeeded. Readings above 2^53 ticks are rounded as doubles are;
-// ZEM_TIME_INFINITE when the count does not fit (after 292 years of ticks, or when the host's
-// timebase has a denominator of 0).
+// ZemTimeInitialize has succeeded. Exact up to 2^53 ticks of a nanosecond each; otherwise ticks,
+// factor and product are rounded as doubles are, and the result is cut. ZEM_TIME_INFINITE when the
+// count does not fit (after 292 years of ticks, or when the host's timebase has a denominator of
+// 0).
 ZEM_API ZemTime ZemTimeGetCurrentMonotonicTime(void);
 
 // What the monotonic clock reads at a count of `ticks`: internal to the clock functions.
@@ -106,7 +108,8 @@ ZEM_API ZemTime ZemTimeGetElapsedRelativeTo(ZemTime curTime, ZemTime t);
 // The same in whole milliseconds, rounded down, modulo 2^32: wraps to 0 after about 49.7 days.
 ZEM_API ZemUint ZemTimeGetElapsedMsecRelativeTo(ZemTime curTime, ZemTime t);
 
-// Nanoseconds from the monotonic reading `t` to now; 0 when `t` lies in the future.
+// Nanoseconds from the monotonic reading `t` to now; 0 when `t` lies in the future;
+// ZEM_TIME_INFINITE when the difference does not fit.
 ZEM_API ZemTime ZemTimeGetElapsed(ZemTime t);
 
 // The same in whole milliseconds, rounded down, modulo 2^32: wraps to 0 after about 49.7 days.
@@ -151,7 +154,8 @@ typedef struct ZemGregorianTime {
 // nanoseconds are negative.
 ZEM_API ZemGregorianTime* ZemGregorianTimeConstruct(ZemGregorianTime* gt, ZemTime systemTime);
 
-// The same in UTC, with an offset of 0. Takes no lock and cannot fail.
+// The same in UTC, with an offset of 0. Takes no lock (but what the C library's gmtime_r takes,
+// built with ZEMTIME_LIBC_CALENDAR) and cannot fail.
 ZEM_API ZemGregorianTime* ZemGregorianTimeConstructUTC(ZemGregorianTime* gt, ZemTime systemTime);
 
 // Fills `gt` from separate fields, with a UTC offset of 0, and returns `gt`; null, with `gt`
@@ -179,7 +183,7 @@ ZEM_API ZemBool ZemGregorianTimeValidateFields_(ZemInt year, ZemInt month, ZemIn
 // The fields are kept as written, with the offset beside them; ZemGregorianTimeGetTime gives the
 // instant. A second of 60 is accepted; an hour of 24 is not. An offset has no bound. Numbers are
 // read as strtoul reads them, so a space or a sign may stand for a leading digit of a field.
-// `s` is a NUL-terminated text; it is read once and not kept.
+// `s` is a NUL-terminated text; it is not kept.
 ZEM_API ZemGregorianTime* ZemGregorianTimeConstructCStr(ZemGregorianTime* gt, const char* s);
 
 // Copies the whole record at `src` to `dst` and returns `dst`.
@@ -262,7 +266,8 @@ ZEM_API char* ZemGregorianTimeGetAsString(const ZemGregorianTime* gt, char* buf,
 
 // The same, followed by the UTC offset: 2024-03-01 12:30:45.250 +01:00, or with seconds where the
 // offset has them: +05:30:15. 31 and 34 bytes are enough for years 0 to 9999 and offsets under 100
-// hours. ZemGregorianTimeConstructCStr reads the text back.
+// hours. ZemGregorianTimeConstructCStr reads the text of valid fields back, cut to milliseconds,
+// for years -999 to 9999 and offsets under 100 hours.
 ZEM_API char* ZemGregorianTimeGetAsStringWithOffset(const ZemGregorianTime* gt, char* buf,
                                                     ZemSizeT buflen);
 
@@ -351,8 +356,9 @@ ZEM_API void ZemTimeRangeUnion(const ZemTimeRange* x, const ZemTimeRange* y, Zem
 // allocator; the allocator must outlive the vector.
 //
 // Limits that are the caller's to keep and are not tested: an index lies below the size; an
-// iterator belongs to the vector; a count or a size is at most MaxSize; Front, Back and PopBack
-// need an element; a value or source range that is added must not lie in the vector's own storage.
+// iterator belongs to the vector; Erase needs an element at its position; `first` does not lie
+// behind `last`; a count or a size is at most MaxSize; Front, Back and PopBack need an element; a
+// value or source range that is added must not lie in the vector's own storage.
 typedef struct ZemVector_ZemTimeRange {
     ZemAllocator* allocator;
     ZemTimeRange* begin;   // the first slot; null when the vector holds no storage

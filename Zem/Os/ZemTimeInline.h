@@ -4,6 +4,8 @@
 #ifndef ZEM_OS_ZEMTIMEINLINE_H
 #define ZEM_OS_ZEMTIMEINLINE_H
 
+#include <string.h>
+
 #include "Zem/Os/SysDep/ZemHostClock.h"
 #include "Zem/Os/ZemTime.h"
 #include "Zem/Utils/ZemAllocatorInline.h"
@@ -222,9 +224,11 @@ ZEM_INLINE void ZemGregorianTimeDestruct(ZemGregorianTime* gt)
 
 ZEM_INLINE ZemBool ZemGregorianTimeSwap(ZemGregorianTime* a, ZemGregorianTime* b)
 {
-    ZemGregorianTime oldA = *a;
+    // As bytes: gcc may keep a local copy of a record field by field, without its padding.
+    unsigned char oldA[sizeof *a];
+    memcpy(oldA, a, sizeof oldA);
     *a = *b;
-    *b = oldA;
+    memcpy(b, oldA, sizeof oldA);
     return 1;
 }
 

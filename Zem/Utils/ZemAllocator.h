@@ -58,7 +58,8 @@ typedef struct ZemFixedAllocator {
 // Blocks are stacked: a request that does not fit above the newest block, or of 0 bytes, returns
 // null. Handing back the newest block frees its room at once; handing back an older one frees it
 // when the last block of all is returned. A container that grows by doubling therefore leaves its
-// smaller blocks behind: reserve the capacity up front, or give it twice the room.
+// smaller blocks behind: reserve the capacity up front, or give it four times the room of its
+// elements.
 ZEM_API ZemFixedAllocator* ZemFixedAllocatorConstruct(ZemFixedAllocator* fixed, ZemVoidPtr buffer,
                                                       ZemSizeT size);
 

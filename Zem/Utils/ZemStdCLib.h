@@ -43,14 +43,16 @@ ZEM_API ZemUint32 ZemStrToUint32(const char* start, char** end, int base);
 
 // What gmtime_r returns: fills every field of `result` with the UTC calendar time of `*secs`
 // seconds since 1970 and returns it, or returns null, with `result` untouched, when the year does
-// not fit tm_year. Takes no lock. tm_zone points to a constant text. errno is left alone.
+// not fit tm_year. tm_zone points to a constant text. Takes no lock and leaves errno alone (built
+// with ZEMTIME_LIBC_CALENDAR: as gmtime_r does).
 ZEM_API struct tm* ZemGmTimeR(const time_t* secs, struct tm* result);
 
 // What timegm returns: the seconds since 1970 that the fields of `t` name, read as UTC, or -1 when
-// the year they come to does not fit tm_year (only there a C library may differ, by a minute: glibc
-// leaves the seconds out when it asks whether the year fits). Fields may lie outside their usual
-// ranges; tm_wday, tm_yday, tm_isdst, tm_gmtoff and tm_zone are not read. Unlike timegm, leaves `t`
-// as it is and takes no lock.
+// the year they come to does not fit tm_year. (Only at the two ends of tm_year may a C library
+// differ: glibc leaves tm_sec out when it asks whether the year fits, and so refuses some fields
+// that come to a year in range.) Fields may lie outside their usual ranges; tm_wday, tm_yday,
+// tm_isdst, tm_gmtoff and tm_zone are not read. Unlike timegm, leaves `t` as it is and takes no
+// lock (built with ZEMTIME_LIBC_CALENDAR: as timegm does).
 ZEM_API time_t ZemTimeGm(const struct tm* t);
 
 // localtime_r itself, for callers whose language mode hides its name.
