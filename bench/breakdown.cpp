@@ -125,7 +125,7 @@ void Register(const std::string& name, int threads)
         Exported(ZemGregorianTimeConstructUTC)(&gt, g_instants[i]);
         return gt;
     });
-    add("limit", [](std::size_t i) {
+    add("hand kernel", [](std::size_t i) {
         ZemGregorianTime gt;
         limit::BreakDown(&gt, g_instants[i]);
         return gt;

@@ -61,14 +61,14 @@ void RegisterClocks()
     auto addMonotonic = Adder("monotonic reading", NearKernel(CLOCK_MONOTONIC));
     addMonotonic("ours inline", [] { return ZemTimeGetCurrentMonotonicTime(); });
     addMonotonic("ours exported", [] { return Exported(ZemTimeGetCurrentMonotonicTime)(); });
-    addMonotonic("limit", [] { return Read(CLOCK_MONOTONIC); });
+    addMonotonic("hand kernel", [] { return Read(CLOCK_MONOTONIC); });
     addMonotonic("steady_clock", [] { return ReadStd<std::chrono::steady_clock>(); });
     addMonotonic("GLib", [] { return g_get_monotonic_time() * ZemTime{1000}; });
 
     auto addWall = Adder("wall reading", NearKernel(CLOCK_REALTIME));
     addWall("ours inline", [] { return ZemTimeGetCurrentWallTime(); });
     addWall("ours exported", [] { return Exported(ZemTimeGetCurrentWallTime)(); });
-    addWall("limit", [] {
+    addWall("hand kernel", [] {
         timeval tv;
         gettimeofday(&tv, nullptr);
         return tv.tv_sec * ZemTime{1000000000} + tv.tv_usec * ZemTime{1000};

@@ -1,4 +1,5 @@
-// A duration as compact text: 1.50 ms, 2 h 5 m.
+// Durations: as compact text (1.50 ms, 2 h 5 m), as exact text (2h5m30.5s), and read back from
+// that.
 
 #include <absl/strings/str_format.h>
 #include <absl/time/time.h>
@@ -10,6 +11,7 @@
 #include <string_view>
 
 #include "Zem/Os/ZemTimeInline.h"
+#include "Zem/Os/ZemTimeText.h"
 #include "limit.h"
 #include "values.h"
 
@@ -20,6 +22,7 @@ namespace {
 ZemTime g_durations[kValues];
 std::string g_texts[kValues];
 char g_buf[32];
+char g_exact[32];
 
 // The reference: the text of a magnitude with one of the eight forms, put together from decimal
 // digits cut off a longer text.
@@ -176,6 +179,47 @@ std::string_view WithFmtChrono(ZemTime t)
     return print(std::chrono::duration<double, Ratio>(value / 1e9));
 }
 
+void RegisterExactly()
+{
+    // Abseil's text stands for any, as it has a form of its own below a second.
+    auto accept = [](std::size_t i, std::string_view text) {
+        absl::Duration read;
+        return absl::ParseDuration(absl::string_view(text.data(), text.size()), &read) &&
+               read == absl::Nanoseconds(g_durations[i]);
+    };
+    Job job("exact duration", [](std::size_t) { return ""; });
+    job.AddOther(
+        "ours exported", "",
+        [](std::size_t i) {
+            return std::string_view(g_exact,
+                                    ZemTimePrintDuration(g_durations[i], g_exact, sizeof g_exact));
+        },
+        accept);
+    job.AddOther(
+        "Abseil FormatDuration", "",
+        [](std::size_t i) { return absl::FormatDuration(absl::Nanoseconds(g_durations[i])); },
+        accept);
+}
+
+void RegisterReading()
+{
+    static std::string texts[kValues];
+    for (std::size_t i = 0; i < kValues; ++i) {
+        texts[i] = absl::FormatDuration(absl::Nanoseconds(g_durations[i]));
+    }
+    Job job("parse a duration", [](std::size_t i) { return g_durations[i]; });
+    job.Add("ours exported", [](std::size_t i) {
+        ZemTime t;
+        ZemSizeT taken = ZemTimeParseDuration(&t, texts[i].data(), texts[i].size());
+        return taken == texts[i].size() ? t : ZEM_TIME_INFINITE;
+    });
+    job.Add("Abseil ParseDuration", [](std::size_t i) {
+        absl::Duration read;
+        return absl::ParseDuration(texts[i], &read) ? absl::ToInt64Nanoseconds(read)
+                                                    : ZEM_TIME_INFINITE;
+    });
+}
+
 }  // namespace
 
 void RegisterCompact()
@@ -187,7 +231,7 @@ void RegisterCompact()
     };
     add("ours exported",
         [](std::size_t i) { return ZemTimePrintCompact(g_durations[i], g_buf, sizeof g_buf); });
-    add("limit",
+    add("hand kernel",
         [](std::size_t i) { return limit::PrintCompact(g_durations[i], g_buf, sizeof g_buf); });
     add("{fmt} by hand, compiled",
         [](std::size_t i) { return ByForm(g_durations[i], FmtCompiled()); });
@@ -206,6 +250,8 @@ void RegisterCompact()
             absl::Duration read;
             return absl::ParseDuration(text, &read) && read == absl::Nanoseconds(g_durations[i]);
         });
+    RegisterExactly();
+    RegisterReading();
 }
 
 }  // namespace bench

@@ -64,7 +64,7 @@ void RegisterComposition()
     job.Add("ours inline", [](std::size_t i) { return ZemGregorianTimeGetUTCTime(&g_records[i]); });
     job.Add("ours exported",
             [](std::size_t i) { return Exported(ZemGregorianTimeGetUTCTime)(&g_records[i]); });
-    job.Add("limit", [](std::size_t i) { return limit::Compose(&g_records[i]); });
+    job.Add("hand kernel", [](std::size_t i) { return limit::Compose(&g_records[i]); });
     job.Add("<chrono>, unchecked", [](std::size_t i) { return WithCalendar<Chrono>(i); });
     job.Add("date, unchecked", [](std::size_t i) { return WithCalendar<HinnantDate>(i); });
     job.Add("timegm", [](std::size_t i) {

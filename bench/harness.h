@@ -54,7 +54,7 @@ void SetZone(const char* zone);
 extern bool g_failed;
 void ReportMismatch(const std::string& job, const std::string& column, std::size_t value);
 
-// One job, in several columns: ours, the peers, and the limit.
+// One job, in several columns: ours, the peers, and the hand kernel.
 //
 // A column is a callable that does the job on the value of an index and returns its result. Before
 // it is registered its results for all values are compared with the reference's; `view` turns a
@@ -87,13 +87,35 @@ class Job {
         return *this;
     }
 
+    // Calls in each repetition, for a peer that keeps what it makes.
+    Job& Calls(int calls)
+    {
+        calls_ = calls;
+        return *this;
+    }
+
+    // Seconds that a repetition takes at least, instead of what the command line says.
+    Job& MinTime(double seconds)
+    {
+        minTime_ = seconds;
+        return *this;
+    }
+
+    // There are only so many values, of which a column takes the remainder of its index. For jobs
+    // on many elements, of which the check would take longer than the measurement.
+    Job& Values(std::size_t values)
+    {
+        values_ = values;
+        return *this;
+    }
+
     template <class Op, class View>
     void Add(const std::string& column, Op op, View view, const std::string& remark = "")
     {
         if (setsZone_) {
             SetZone(zone_);
         }
-        for (std::size_t i = 0; i < kValues; ++i) {
+        for (std::size_t i = 0; i < values_; ++i) {
             if (!(view(op(i)) == reference_(i))) {
                 ReportMismatch(name_, column, i);
                 return;
@@ -112,7 +134,7 @@ class Job {
     template <class Op, class Accept>
     void AddOther(const std::string& column, const std::string& remark, Op op, Accept accept)
     {
-        for (std::size_t i = 0; i < kValues; ++i) {
+        for (std::size_t i = 0; i < values_; ++i) {
             if (!accept(i, op(i))) {
                 ReportMismatch(name_, column, i);
                 return;
@@ -142,6 +164,12 @@ class Job {
             state.SetLabel(remark);
         };
         auto* registered = benchmark::RegisterBenchmark((name_ + "/" + column).c_str(), measure);
+        if (calls_ > 0) {
+            registered->Iterations(calls_);
+        }
+        if (minTime_ > 0) {
+            registered->MinTime(minTime_);
+        }
         if (threads_ > 1) {
             registered->Threads(threads_)->UseRealTime();
         }
@@ -153,6 +181,9 @@ class Job {
     bool setsZone_ = false;
     int threads_ = 1;
     int elements_ = 1;
+    int calls_ = 0;
+    std::size_t values_ = kValues;
+    double minTime_ = 0;
 };
 
 // The families, a file each.
@@ -161,9 +192,11 @@ void RegisterPrint();
 void RegisterBreakdown();
 void RegisterComposition();
 void RegisterLocal();
+void RegisterZones();
 void RegisterClocks();
 void RegisterCompact();
 void RegisterRanges();
+void RegisterRangeSets();
 void RegisterVector();
 void RegisterNtp();
 

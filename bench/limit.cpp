@@ -80,11 +80,24 @@ inline ZemTime FromSecsAndNanos(int64_t secs, int64_t nanos)
 // Calendar
 // ---------------------------------------------------------------------------------------------
 
+namespace {
+
+// What an instant says of date and time.
+struct Civil {
+    uint32_t year;
+    uint32_t month;  // 1 to 12
+    uint32_t day;
+    uint32_t hour;
+    uint32_t minute;
+    uint32_t second;
+    uint32_t weekday;    // 0 is Sunday
+    uint32_t dayOfYear;  // 0 is January 1
+};
+
 // A ZemTime reaches from 1677 to 2262, so 32 bits hold every day from 0000-03-01.
-ZemGregorianTime* BreakDown(ZemGregorianTime* gt, ZemTime t)
+inline Civil CivilOf(int64_t secs)
 {
     constexpr int64_t biasSecs = kEpochDay * 86400;
-    int64_t secs = t / kNanosPerSecond;
     auto biased = static_cast<uint64_t>(secs + biasSecs);
     auto n = static_cast<uint32_t>(biased / 86400);
     auto secondOfDay = static_cast<uint32_t>(biased - uint64_t{n} * 86400);
@@ -99,7 +112,6 @@ ZemGregorianTime* BreakDown(ZemGregorianTime* gt, ZemTime t)
     // Numbers, as a branch on the season would be mispredicted.
     uint32_t nextYear = dayOfYear >= 306;
     uint32_t leap = (yearOfCentury != 0 ? yearOfCentury : century) % 4 == 0;
-    uint32_t year = 100 * century + yearOfCentury;
 
     // The hour and what is left of it, as a number of 32.32 bits; then the minute, the second.
     uint64_t hours = uint64_t{secondOfDay} * 1193047;
@@ -108,14 +120,32 @@ ZemGregorianTime* BreakDown(ZemGregorianTime* gt, ZemTime t)
     // Sevenths likewise: the fraction of (n + 3) / 7, times 7.
     uint64_t sevenths = uint64_t{(n + 3) * 613566757} * 7;
 
-    gt->tm.tm_sec = static_cast<int>(seconds >> 32);
-    gt->tm.tm_min = static_cast<int>(minutes >> 32);
-    gt->tm.tm_hour = static_cast<int>(hours >> 32);
-    gt->tm.tm_mday = static_cast<int>((n3 & 65535) / 2141 + 1);
-    gt->tm.tm_mon = static_cast<int>((n3 >> 16) - 1 - 12 * nextYear);
-    gt->tm.tm_year = static_cast<int>(year + nextYear) - 1900;
-    gt->tm.tm_wday = static_cast<int>(sevenths >> 32);
-    gt->tm.tm_yday = static_cast<int>(dayOfYear + 59 + leap - (365 + leap) * nextYear);
+    Civil civil;
+    civil.year = 100 * century + yearOfCentury + nextYear;
+    civil.month = (n3 >> 16) - 12 * nextYear;
+    civil.day = (n3 & 65535) / 2141 + 1;
+    civil.hour = static_cast<uint32_t>(hours >> 32);
+    civil.minute = static_cast<uint32_t>(minutes >> 32);
+    civil.second = static_cast<uint32_t>(seconds >> 32);
+    civil.weekday = static_cast<uint32_t>(sevenths >> 32);
+    civil.dayOfYear = dayOfYear + 59 + leap - (365 + leap) * nextYear;
+    return civil;
+}
+
+}  // namespace
+
+ZemGregorianTime* BreakDown(ZemGregorianTime* gt, ZemTime t)
+{
+    int64_t secs = t / kNanosPerSecond;
+    Civil civil = CivilOf(secs);
+    gt->tm.tm_sec = static_cast<int>(civil.second);
+    gt->tm.tm_min = static_cast<int>(civil.minute);
+    gt->tm.tm_hour = static_cast<int>(civil.hour);
+    gt->tm.tm_mday = static_cast<int>(civil.day);
+    gt->tm.tm_mon = static_cast<int>(civil.month - 1);
+    gt->tm.tm_year = static_cast<int>(civil.year) - 1900;
+    gt->tm.tm_wday = static_cast<int>(civil.weekday);
+    gt->tm.tm_yday = static_cast<int>(civil.dayOfYear);
     gt->tm.tm_isdst = 0;
     gt->tm.tm_gmtoff = 0;
     gt->tm.tm_zone = "GMT";
@@ -257,6 +287,245 @@ ZemTime Parse(const char* s)
     return FromSecsAndNanos(secs - offset, nanos);
 }
 
+namespace {
+
+// The rest of a text: where it stands, and its end.
+struct Rest {
+    const char* p;
+    const char* end;
+
+    bool Has(std::ptrdiff_t bytes) const
+    {
+        return end - p >= bytes;
+    }
+    bool At(char c) const
+    {
+        return p < end && *p == c;
+    }
+    // Two digits, `skip` bytes on.
+    bool PairAt(std::ptrdiff_t skip, uint32_t& value) const
+    {
+        return Has(skip + 2) && Pair(p + skip, value);
+    }
+};
+
+// Whether what follows reads as more of a timestamp.
+inline bool GoesOn(const Rest& rest)
+{
+    uint32_t digit;
+    if (rest.p == rest.end || *rest.p == ' ') {
+        return false;
+    }
+    auto c = static_cast<uint32_t>(static_cast<unsigned char>(*rest.p));
+    if (c - '0' <= 9 || (c | 32) - 'a' < 26) {
+        return true;
+    }
+    return (c == ':' || c == '.' || c == ',') && rest.Has(2) && Digit(rest.p + 1, digit);
+}
+
+inline uint32_t FractionWithin(Rest& rest)
+{
+    const char* first = rest.p;
+    const char* stop = rest.Has(9) ? first + 9 : rest.end;
+    uint32_t nanos = 0;
+    uint32_t digit;
+    for (; rest.p < stop && Digit(rest.p, digit); ++rest.p) {
+        nanos = nanos * 10 + digit;
+    }
+    nanos *= kPowersOfTen[static_cast<std::size_t>(9 - (rest.p - first))];
+    while (rest.p < rest.end && Digit(rest.p, digit)) {
+        ++rest.p;
+    }
+    return nanos;
+}
+
+inline bool ZoneWithin(Rest& rest, int64_t& offset)
+{
+    if (rest.At('Z') || rest.At('z')) {
+        ++rest.p;
+        offset = 0;
+        return !GoesOn(rest);
+    }
+    rest.p += rest.At(' ');
+    if (!rest.Has(3)) {
+        return false;
+    }
+    int64_t sign = *rest.p - '+';  // 0 or 2
+    uint32_t hours;
+    uint32_t minutes = 0;
+    uint32_t seconds = 0;
+    if ((sign & ~2) != 0 || !Pair(rest.p + 1, hours)) {
+        return false;
+    }
+    rest.p += 3;
+    if (rest.At(':') && rest.PairAt(1, minutes)) {
+        rest.p += 3;
+        if (rest.At(':') && rest.PairAt(1, seconds)) {
+            rest.p += 3;
+        } else {
+            seconds = 0;
+        }
+    } else if (rest.PairAt(0, minutes)) {
+        rest.p += 2;
+        if (rest.PairAt(0, seconds)) {
+            rest.p += 2;
+        } else {
+            seconds = 0;
+        }
+    } else {
+        minutes = 0;
+    }
+    offset = (1 - sign) * int64_t{hours * 3600 + minutes * 60 + seconds};
+    return hours < 24 && minutes < 60 && seconds < 60 && !GoesOn(rest);
+}
+
+}  // namespace
+
+ZemSizeT ParseWithin(ZemTime* t, const char* s, ZemSizeT size)
+{
+    uint32_t hundreds;
+    uint32_t units;
+    uint32_t month;
+    uint32_t day;
+    uint32_t hour;
+    uint32_t minute;
+    uint32_t second;
+    if (size < 20 || !Pair(s, hundreds) || !Pair(s + 2, units) || s[4] != '-' ||
+        !Pair(s + 5, month) || s[7] != '-' || !Pair(s + 8, day) ||
+        (s[10] != 'T' && s[10] != ' ' && s[10] != 't') || !Pair(s + 11, hour) || s[13] != ':' ||
+        !Pair(s + 14, minute) || s[16] != ':' || !Pair(s + 17, second)) {
+        return 0;
+    }
+    uint32_t year = hundreds * 100 + units;
+    if (month - 1 >= 12 || !ValidDay(year, month, day) || hour >= 24 || minute >= 60 ||
+        second > 60) {
+        return 0;
+    }
+    Rest rest = {s + 19, s + size};
+    uint32_t nanos = 0;
+    if (*rest.p == '.' || *rest.p == ',') {
+        uint32_t digit;
+        if (!rest.Has(2) || !Digit(rest.p + 1, digit)) {
+            return 0;
+        }
+        ++rest.p;
+        nanos = FractionWithin(rest);
+    }
+    int64_t offset;
+    if (!ZoneWithin(rest, offset)) {
+        return 0;
+    }
+    int64_t secs = DaysFromCivil(year, month, day) * 86400 + hour * 3600 + minute * 60 + second;
+    *t = FromSecsAndNanos(secs - offset, nanos);
+    return static_cast<ZemSizeT>(rest.p - s);
+}
+
+namespace {
+
+// The fields as they are printed.
+struct Fields {
+    uint32_t year;
+    uint32_t month;
+    uint32_t day;
+    uint32_t hour;
+    uint32_t minute;
+    uint32_t second;
+    uint32_t nanos;
+
+    bool FillTheirWidth() const
+    {
+        return year <= 9999 && (month | day | hour | minute | second) < 64;
+    }
+};
+
+inline Fields FieldsOf(const ZemGregorianTime* gt)
+{
+    return {static_cast<uint32_t>(gt->tm.tm_year + 1900), static_cast<uint32_t>(gt->tm.tm_mon + 1),
+            static_cast<uint32_t>(gt->tm.tm_mday),        static_cast<uint32_t>(gt->tm.tm_hour),
+            static_cast<uint32_t>(gt->tm.tm_min),         static_cast<uint32_t>(gt->tm.tm_sec),
+            static_cast<uint32_t>(gt->nanosecs)};
+}
+
+inline bool WithinASecond(int64_t nanos)
+{
+    return static_cast<uint64_t>(nanos) < kNanosPerSecond;
+}
+
+// Writes 19 bytes.
+inline void PutDateAndTime(char* buf, const Fields& x, char separator)
+{
+    PutPair(buf, x.year / 100);
+    PutPair(buf + 2, x.year % 100);
+    buf[4] = '-';
+    PutPair(buf + 5, x.month);
+    buf[7] = '-';
+    PutPair(buf + 8, x.day);
+    buf[10] = separator;
+    PutPair(buf + 11, x.hour);
+    buf[13] = ':';
+    PutPair(buf + 14, x.minute);
+    buf[16] = ':';
+    PutPair(buf + 17, x.second);
+}
+
+// Writes three digits.
+inline void PutThree(char* p, uint32_t value)
+{
+    PutPair(p, value / 10);
+    p[2] = static_cast<char>('0' + value % 10);
+}
+
+inline void PutOffset(char* p, bool negative, uint32_t hours, uint32_t minutes)
+{
+    p[0] = negative ? '-' : '+';
+    PutPair(p + 1, hours);
+    p[3] = ':';
+    PutPair(p + 4, minutes);
+    p[6] = '\0';
+}
+
+// RFC 3339 of fields that fill their width.
+inline ZemSizeT PutRfc3339(char* buf, const Fields& x, int offset, int digits)
+{
+    PutDateAndTime(buf, x, 'T');
+    char* p = buf + 19;
+    if (digits != 0) {
+        *p = '.';
+        PutThree(p + 1, x.nanos / 1000000);
+        if (digits > 3) {
+            PutThree(p + 4, x.nanos / 1000 % 1000);
+            PutThree(p + 7, x.nanos % 1000);
+        }
+        p += 1 + digits;
+    }
+    if (offset == 0) {
+        p[0] = 'Z';
+        p[1] = '\0';
+        return static_cast<ZemSizeT>(p + 1 - buf);
+    }
+    uint32_t minutes = static_cast<uint32_t>(offset < 0 ? -offset : offset) / 60;
+    PutOffset(p, offset < 0, minutes / 60, minutes % 60);
+    return static_cast<ZemSizeT>(p + 6 - buf);
+}
+
+}  // namespace
+
+char* PrintLocal(const ZemGregorianTime* gt, char* buf, ZemSizeT buflen)
+{
+    Fields x = FieldsOf(gt);
+    if (buflen < 24 || !x.FillTheirWidth() || !WithinASecond(gt->nanosecs)) {
+        int length = std::snprintf(buf, buflen, "%04d-%02u-%02u %02u:%02u:%02u.%03d",
+                                   static_cast<int>(x.year), x.month, x.day, x.hour, x.minute,
+                                   x.second, static_cast<int>(gt->nanosecs / 1000000));
+        return static_cast<ZemSizeT>(length) < buflen ? buf : nullptr;
+    }
+    PutDateAndTime(buf, x, ' ');
+    buf[19] = '.';
+    PutThree(buf + 20, x.nanos / 1000000);
+    buf[23] = '\0';
+    return buf;
+}
+
 char* Print(const ZemGregorianTime* gt, char* buf, ZemSizeT buflen)
 {
     auto offset = static_cast<int>(gt->tm.tm_gmtoff);
@@ -265,48 +534,54 @@ char* Print(const ZemGregorianTime* gt, char* buf, ZemSizeT buflen)
     uint32_t offsetHours = magnitude / 3600;
     uint32_t offsetMinutes = magnitude / 60 - offsetHours * 60;
     uint32_t offsetSeconds = magnitude % 60;
-    auto year = static_cast<uint32_t>(gt->tm.tm_year + 1900);
-    auto month = static_cast<uint32_t>(gt->tm.tm_mon + 1);
-    auto day = static_cast<uint32_t>(gt->tm.tm_mday);
-    auto hour = static_cast<uint32_t>(gt->tm.tm_hour);
-    auto minute = static_cast<uint32_t>(gt->tm.tm_min);
-    auto second = static_cast<uint32_t>(gt->tm.tm_sec);
-    if (buflen < 34 || year > 9999 || (month | day | hour | minute | second) >= 64 ||
-        offsetHours > 99 || static_cast<uint64_t>(gt->nanosecs) >= kNanosPerSecond) {
+    Fields x = FieldsOf(gt);
+    if (buflen < 34 || !x.FillTheirWidth() || offsetHours > 99 || !WithinASecond(gt->nanosecs)) {
         int length = std::snprintf(buf, buflen, "%04d-%02u-%02u %02u:%02u:%02u.%03d %c%02u:%02u",
-                                   static_cast<int>(year), month, day, hour, minute, second,
-                                   static_cast<int>(gt->nanosecs / 1000000), offset < 0 ? '-' : '+',
-                                   offsetHours, offsetMinutes);
+                                   static_cast<int>(x.year), x.month, x.day, x.hour, x.minute,
+                                   x.second, static_cast<int>(gt->nanosecs / 1000000),
+                                   offset < 0 ? '-' : '+', offsetHours, offsetMinutes);
         return static_cast<ZemSizeT>(length) < buflen ? buf : nullptr;
     }
-    uint32_t millis = static_cast<uint32_t>(gt->nanosecs) / 1000000;
-    PutPair(buf, year / 100);
-    PutPair(buf + 2, year % 100);
-    buf[4] = '-';
-    PutPair(buf + 5, month);
-    buf[7] = '-';
-    PutPair(buf + 8, day);
-    buf[10] = ' ';
-    PutPair(buf + 11, hour);
-    buf[13] = ':';
-    PutPair(buf + 14, minute);
-    buf[16] = ':';
-    PutPair(buf + 17, second);
+    PutDateAndTime(buf, x, ' ');
     buf[19] = '.';
-    PutPair(buf + 20, millis / 10);
-    buf[22] = static_cast<char>('0' + millis % 10);
+    PutThree(buf + 20, x.nanos / 1000000);
     buf[23] = ' ';
-    buf[24] = offset < 0 ? '-' : '+';
-    PutPair(buf + 25, offsetHours);
-    buf[27] = ':';
-    PutPair(buf + 28, offsetMinutes);
-    buf[30] = '\0';
+    PutOffset(buf + 24, offset < 0, offsetHours, offsetMinutes);
     if (offsetSeconds != 0) {
         buf[30] = ':';
         PutPair(buf + 31, offsetSeconds);
         buf[33] = '\0';
     }
     return buf;
+}
+
+ZemSizeT PrintInstant(ZemTime t, int offset, int digits, char* buf, ZemSizeT len)
+{
+    if (len < 36) {
+        return 0;
+    }
+    // Rounded down, so that the nanoseconds count up from the second.
+    int64_t secs = t / kNanosPerSecond;
+    int64_t nanos = t % kNanosPerSecond;
+    int64_t before = nanos < 0;
+    Civil civil = CivilOf(secs - before + offset);
+    Fields x = {civil.year,
+                civil.month,
+                civil.day,
+                civil.hour,
+                civil.minute,
+                civil.second,
+                static_cast<uint32_t>(nanos + before * kNanosPerSecond)};
+    return PutRfc3339(buf, x, offset, digits);
+}
+
+ZemSizeT PrintRecord(const ZemGregorianTime* gt, int digits, char* buf, ZemSizeT len)
+{
+    Fields x = FieldsOf(gt);
+    if (len < 36 || !x.FillTheirWidth() || !WithinASecond(gt->nanosecs)) {
+        return 0;
+    }
+    return PutRfc3339(buf, x, static_cast<int>(gt->tm.tm_gmtoff), digits);
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -1,29 +1,16 @@
-// Local time of Europe/Berlin: instant to fields with their UTC offset, and fields to instant. The
-// limit is the platform's own call, which the library's contract asks for.
+// Local time of Europe/Berlin: instant to fields with their UTC offset, and fields to instant. In
+// place of a hand kernel stands the platform's own call, which the library's contract asks for.
 
-#include <absl/time/civil_time.h>
-#include <absl/time/time.h>
-#include <cctz/civil_time.h>
-#include <cctz/time_zone.h>
-#include <date/tz.h>
 #include <glib.h>
 
 #include "Zem/Os/ZemTimeInline.h"
-#include "calendars.h"
-#include "values.h"
+#include "locals.h"
 
 namespace bench {
 
 namespace {
 
 constexpr const char* kZone = "Europe/Berlin";
-
-struct Local {
-    Moment fields;  // without the weekday and the day of the year
-    long offset;
-
-    bool operator==(const Local& other) const = default;
-};
 
 Local g_locals[kValues];
 ZemTime g_instants[kValues];
@@ -64,71 +51,6 @@ void MakeValues()
     }
 }
 
-Local ViewLocal(const ZemGregorianTime& gt)
-{
-    Moment fields = ViewRecord(gt);
-    fields.weekday = 0;
-    fields.yearDay = 0;
-    return {fields, gt.tm.tm_gmtoff};
-}
-
-// A record with a peer's fields.
-ZemGregorianTime Record(int year, int month, int day, int hour, int minute, int second,
-                        ZemTime nanos, long offset)
-{
-    ZemGregorianTime gt;
-    gt.tm.tm_year = year - 1900;
-    gt.tm.tm_mon = month - 1;
-    gt.tm.tm_mday = day;
-    gt.tm.tm_hour = hour;
-    gt.tm.tm_min = minute;
-    gt.tm.tm_sec = second;
-    gt.tm.tm_gmtoff = offset;
-    gt.nanosecs = nanos;
-    return gt;
-}
-
-template <class CivilSecond>
-ZemGregorianTime RecordOf(const CivilSecond& cs, ZemTime nanos, long offset)
-{
-    return Record(static_cast<int>(cs.year()), cs.month(), cs.day(), cs.hour(), cs.minute(),
-                  cs.second(), nanos, offset);
-}
-
-template <class CivilSecond>
-CivilSecond CivilOf(const ZemGregorianTime& gt)
-{
-    return CivilSecond(gt.tm.tm_year + 1900, gt.tm.tm_mon + 1, gt.tm.tm_mday, gt.tm.tm_hour,
-                       gt.tm.tm_min, gt.tm.tm_sec);
-}
-
-cctz::time_zone CctzZone()
-{
-    cctz::time_zone zone;
-    cctz::load_time_zone(kZone, &zone);
-    return zone;
-}
-
-absl::TimeZone AbslZone()
-{
-    absl::TimeZone zone;
-    absl::LoadTimeZone(kZone, &zone);
-    return zone;
-}
-
-ZemTime ComposeWithMktime(std::size_t i)
-{
-    struct tm tm = g_records[i].tm;
-    tm.tm_isdst = -1;
-    return mktime(&tm) * 1000000000 + g_records[i].nanosecs;
-}
-
-ZemTime ComposeWithCctz(std::size_t i, const cctz::time_zone& zone)
-{
-    auto t = cctz::convert(CivilOf<cctz::civil_second>(g_records[i]), zone);
-    return t.time_since_epoch().count() * 1000000000 + g_records[i].nanosecs;
-}
-
 template <class Reference>
 void AddOurComposition(Job<Reference>& job)
 {
@@ -136,7 +58,7 @@ void AddOurComposition(Job<Reference>& job)
             [](std::size_t i) { return ZemGregorianTimeGetLocalTime(&g_records[i]); });
     job.Add("ours exported",
             [](std::size_t i) { return Exported(ZemGregorianTimeGetLocalTime)(&g_records[i]); });
-    job.Add("limit", [](std::size_t i) { return ComposeWithMktime(i); });
+    job.Add("hand kernel", [](std::size_t i) { return ComposeWithMktime(g_records[i]); });
 }
 
 void RegisterLocalBreakdown()
@@ -154,38 +76,18 @@ void RegisterLocalBreakdown()
         Exported(ZemGregorianTimeConstruct)(&gt, g_instants[i]);
         return gt;
     });
-    add("limit", [](std::size_t i) {
-        ZemGregorianTime gt;
-        std::time_t secs = g_instants[i] / 1000000000;
-        localtime_r(&secs, &gt.tm);
-        gt.nanosecs = g_instants[i] % 1000000000;
-        return gt;
-    });
+    add("hand kernel", [](std::size_t i) { return BreakDownWithLocaltime(g_instants[i]); });
     add("cctz", [](std::size_t i) {
-        static const cctz::time_zone zone = CctzZone();
-        ZemTime secs = g_instants[i] / 1000000000;
-        auto lookup = zone.lookup(cctz::time_point<cctz::seconds>(cctz::seconds(secs)));
-        return RecordOf(lookup.cs, g_instants[i] - secs * 1000000000, lookup.offset);
+        static const cctz::time_zone zone = CctzZone(kZone);
+        return BreakDownWithCctz(g_instants[i], zone);
     });
     add("Abseil", [](std::size_t i) {
-        static const absl::TimeZone zone = AbslZone();
-        auto info = zone.At(absl::FromUnixNanos(g_instants[i]));
-        return RecordOf(info.cs, absl::ToInt64Nanoseconds(info.subsecond), info.offset);
+        static const absl::TimeZone zone = AbslZone(kZone);
+        return BreakDownWithAbsl(g_instants[i], zone);
     });
     add("date", [](std::size_t i) {
         static const date::time_zone* zone = date::locate_zone(kZone);
-        date::sys_time<Nanos> t{Nanos(g_instants[i])};
-        date::sys_info info = zone->get_info(t);
-        auto local = t + info.offset;
-        auto day = date::floor<date::days>(local);
-        date::year_month_day ymd(day);
-        date::hh_mm_ss<Nanos> time(local - day);
-        return Record(
-            static_cast<int>(ymd.year()), static_cast<int>(static_cast<unsigned>(ymd.month())),
-            static_cast<int>(static_cast<unsigned>(ymd.day())),
-            static_cast<int>(time.hours().count()), static_cast<int>(time.minutes().count()),
-            static_cast<int>(time.seconds().count()), time.subseconds().count(),
-            info.offset.count());
+        return BreakDownWithDate(g_instants[i], zone);
     });
     add("GLib", [](std::size_t i) {
         static GTimeZone* zone = g_time_zone_new_identifier(kZone);
@@ -208,25 +110,16 @@ void RegisterLocalComposition()
     job.Zone(kZone);
     AddOurComposition(job);
     job.Add("cctz", [](std::size_t i) {
-        static const cctz::time_zone zone = CctzZone();
-        return ComposeWithCctz(i, zone);
+        static const cctz::time_zone zone = CctzZone(kZone);
+        return ComposeWithCctz(g_records[i], zone);
     });
     job.Add("Abseil", [](std::size_t i) {
-        static const absl::TimeZone zone = AbslZone();
-        return absl::ToUnixNanos(absl::FromCivil(CivilOf<absl::CivilSecond>(g_records[i]), zone) +
-                                 absl::Nanoseconds(g_records[i].nanosecs));
+        static const absl::TimeZone zone = AbslZone(kZone);
+        return ComposeWithAbsl(g_records[i], zone);
     });
     job.Add("date", [](std::size_t i) {
         static const date::time_zone* zone = date::locate_zone(kZone);
-        const ZemGregorianTime& gt = g_records[i];
-        date::local_days day(date::year(gt.tm.tm_year + 1900) /
-                             date::month(static_cast<unsigned>(gt.tm.tm_mon + 1)) /
-                             date::day(static_cast<unsigned>(gt.tm.tm_mday)));
-        return zone
-            ->to_sys(day + std::chrono::hours(gt.tm.tm_hour) + std::chrono::minutes(gt.tm.tm_min) +
-                     std::chrono::seconds(gt.tm.tm_sec) + Nanos(gt.nanosecs))
-            .time_since_epoch()
-            .count();
+        return ComposeWithDate(g_records[i], zone);
     });
     job.Add("GLib", [](std::size_t i) {
         static GTimeZone* zone = g_time_zone_new_identifier(kZone);
@@ -245,10 +138,11 @@ void RegisterLocalCompositionWithoutTz()
 {
     SetZone(nullptr);
     static const cctz::time_zone zone = cctz::local_time_zone();
-    Job job("local composition, TZ unset", [](std::size_t i) { return ComposeWithCctz(i, zone); });
+    Job job("local composition, TZ unset",
+            [](std::size_t i) { return ComposeWithCctz(g_records[i], zone); });
     job.Zone(nullptr);
     AddOurComposition(job);
-    job.Add("cctz", [](std::size_t i) { return ComposeWithCctz(i, zone); });
+    job.Add("cctz", [](std::size_t i) { return ComposeWithCctz(g_records[i], zone); });
 }
 
 }  // namespace

@@ -81,9 +81,11 @@ int main(int argc, char** argv)
     bench::RegisterBreakdown();
     bench::RegisterComposition();
     bench::RegisterLocal();
+    bench::RegisterZones();
     bench::RegisterClocks();
     bench::RegisterCompact();
     bench::RegisterRanges();
+    bench::RegisterRangeSets();
     bench::RegisterVector();
     bench::RegisterNtp();
     if (bench::g_failed) {

@@ -63,7 +63,7 @@ void RegisterNtp()
     to.Add("ours inline", [](std::size_t i) { return ZemTimeGetNtp(g_times[i]); });
     to.Add("ours exported", [](std::size_t i) { return Exported(ZemTimeGetNtp)(g_times[i]); });
     // Floor division without a branch on the sign.
-    to.Add("limit", [](std::size_t i) {
+    to.Add("hand kernel", [](std::size_t i) {
         std::int64_t secs = g_times[i] / 1000000000;
         std::int64_t nanos = g_times[i] % 1000000000;
         std::int64_t below = nanos >> 63;
@@ -81,7 +81,7 @@ void RegisterNtp()
         ZemTime t;
         return *Exported(ZemTimeConstructFromNtp)(&t, g_stamps[i]);
     });
-    from.Add("limit", [](std::size_t i) {
+    from.Add("hand kernel", [](std::size_t i) {
         auto secs = static_cast<std::int64_t>(g_stamps[i] >> 32);
         ZemUint64 fraction = g_stamps[i] & 0xFFFFFFFF;
         return (secs - kEpochSecs) * 1000000000 +

@@ -1,4 +1,5 @@
-// Text with an offset to an instant: one fixed form, and mixed forms.
+// Text with an offset to an instant: one fixed form, and mixed forms; text that ends with a NUL,
+// text of a known size, and text that goes on as a log line does.
 
 #include <absl/time/time.h>
 #include <cctz/time_zone.h>
@@ -9,6 +10,7 @@
 #include <sstream>
 
 #include "Zem/Os/ZemTimeInline.h"
+#include "Zem/Os/ZemTimeText.h"
 #include "calendars.h"
 #include "limit.h"
 #include "values.h"
@@ -17,10 +19,12 @@ namespace bench {
 
 namespace {
 
-// The values of one job, as C text and as the std::string that some peers ask for.
+// The values of one job, as C text, as the std::string that some peers ask for, and as the
+// beginning of a line.
 struct Texts {
     char c[kValues][48];
     std::string strings[kValues];
+    std::string lines[kValues];
     ZemTime instants[kValues];
 };
 
@@ -34,6 +38,7 @@ void Store(Texts& texts, std::size_t i, char separator, const std::string& fract
     texts.instants[i] = secs * 1000000000 + std::stoll(digits.substr(0, 9));
     texts.strings[i] = fmt::format("{:04}-{:02}-{:02}{}{:02}:{:02}:{:02}{}{}", m.year, m.month,
                                    m.day, separator, m.hour, m.minute, m.second, fraction, zone);
+    texts.lines[i] = texts.strings[i] + " worker 7: connection closed";
     std::memcpy(texts.c[i], texts.strings[i].c_str(), texts.strings[i].size() + 1);
 }
 
@@ -152,6 +157,7 @@ ZemTime WithCctz(const std::string& s)
 
 ZemTime WithDate(const std::string& s)
 {
+    // What follows the text is left unread.
     static std::istringstream in;
     in.clear();
     in.str(s);
@@ -175,10 +181,27 @@ void AddCommon(Job<Reference>& job, const Texts* texts)
                    ? Exported(ZemGregorianTimeGetTime)(&gt)
                    : ZEM_TIME_INFINITE;
     });
-    job.Add("limit", [=](std::size_t i) { return limit::Parse(texts->c[i]); });
+    job.Add("hand kernel", [=](std::size_t i) { return limit::Parse(texts->c[i]); });
     job.Add("strptime + timegm", [=](std::size_t i) { return WithStrptime(texts->c[i]); });
     job.Add("Abseil", [=](std::size_t i) { return WithAbseil(texts->strings[i]); });
     job.Add("cctz", [=](std::size_t i) { return WithCctz(texts->strings[i]); });
+}
+
+// The readers that take a size. They say how many bytes they took, which is checked too.
+template <class Reference>
+void AddSized(Job<Reference>& job, const Texts* texts, const std::string* inputs)
+{
+    auto add = [&](const char* column, auto read) {
+        job.Add(column, [=](std::size_t i) {
+            ZemTime t;
+            ZemSizeT taken = read(&t, inputs[i].data(), inputs[i].size());
+            return taken == texts->strings[i].size() ? t : ZEM_TIME_INFINITE;
+        });
+    };
+    add("ours exported", [](auto... text) { return ZemTimeParse(text...); });
+    add("hand kernel", [](auto... text) { return limit::ParseWithin(text...); });
+    // It asks for a NUL, which these strings have.
+    job.Add("strptime + timegm", [=](std::size_t i) { return WithStrptime(inputs[i].c_str()); });
 }
 
 }  // namespace
@@ -186,15 +209,37 @@ void AddCommon(Job<Reference>& job, const Texts* texts)
 void RegisterParse()
 {
     const Texts* fixed = FixedForm();
-    Job fixedJob("parse, fixed form", [=](std::size_t i) { return fixed->instants[i]; });
+    const Texts* mixed = MixedForms();
+    auto fixedInstant = [=](std::size_t i) { return fixed->instants[i]; };
+    auto mixedInstant = [=](std::size_t i) { return mixed->instants[i]; };
+
+    Job fixedJob("parse, fixed form", fixedInstant);
     AddCommon(fixedJob, fixed);
     fixedJob.Add("sscanf + timegm", [=](std::size_t i) { return WithSscanf(fixed->c[i]); });
     fixedJob.Add("GLib", [=](std::size_t i) { return WithGlib(fixed->c[i]); });
     fixedJob.Add("date", [=](std::size_t i) { return WithDate(fixed->strings[i]); });
 
-    const Texts* mixed = MixedForms();
-    Job mixedJob("parse, mixed forms", [=](std::size_t i) { return mixed->instants[i]; });
+    Job mixedJob("parse, mixed forms", mixedInstant);
     AddCommon(mixedJob, mixed);
+
+    Job fixedSized("parse with a size, fixed form", fixedInstant);
+    AddSized(fixedSized, fixed, fixed->strings);
+    fixedSized.Add("Abseil", [=](std::size_t i) { return WithAbseil(fixed->strings[i]); });
+    fixedSized.Add("cctz", [=](std::size_t i) { return WithCctz(fixed->strings[i]); });
+    fixedSized.Add("date", [=](std::size_t i) { return WithDate(fixed->strings[i]); });
+
+    Job mixedSized("parse with a size, mixed forms", mixedInstant);
+    AddSized(mixedSized, mixed, mixed->strings);
+    mixedSized.Add("Abseil", [=](std::size_t i) { return WithAbseil(mixed->strings[i]); });
+    mixedSized.Add("cctz", [=](std::size_t i) { return WithCctz(mixed->strings[i]); });
+
+    // Abseil and cctz read whole texts alone.
+    Job fixedLine("parse from a line, fixed form", fixedInstant);
+    AddSized(fixedLine, fixed, fixed->lines);
+    fixedLine.Add("date", [=](std::size_t i) { return WithDate(fixed->lines[i]); });
+
+    Job mixedLine("parse from a line, mixed forms", mixedInstant);
+    AddSized(mixedLine, mixed, mixed->lines);
 }
 
 }  // namespace bench

@@ -112,11 +112,11 @@ void RegisterIntersection()
         Exported(ZemTimeRangeIntersection)(&g_ours[i].x, &g_ours[i].y, &r);
         return r;
     });
-    add("limit", [](std::size_t i) {
+    add("hand kernel", [](std::size_t i) {
         const auto& [x, y] = g_ours[i];
         return ZemTimeRange{std::min(x.begin, y.begin), std::max(x.end, y.end)};
     });
-    add("limit, called", [](std::size_t i) {
+    add("hand kernel, called", [](std::size_t i) {
         ZemTimeRange r;
         limit::Intersect(&g_ours[i].x, &g_ours[i].y, &r);
         return r;
@@ -150,11 +150,12 @@ void RegisterContainment()
         [](std::size_t i) { return ZemTimeRangeSubsumes(&g_ours[i].x, &g_ours[i].y); });
     add("ours exported",
         [](std::size_t i) { return Exported(ZemTimeRangeSubsumes)(&g_ours[i].x, &g_ours[i].y); });
-    add("limit", [](std::size_t i) {
+    add("hand kernel", [](std::size_t i) {
         const auto& [x, y] = g_ours[i];
         return (x.begin >= y.begin) & (x.end <= y.end);
     });
-    add("limit, called", [](std::size_t i) { return limit::Contains(&g_ours[i].x, &g_ours[i].y); });
+    add("hand kernel, called",
+        [](std::size_t i) { return limit::Contains(&g_ours[i].x, &g_ours[i].y); });
     add("Boost.ICL closed_interval",
         [](std::size_t i) { return boost::icl::contains(g_closed[i].first, g_closed[i].second); });
     add("Boost.ICL discrete_interval", [](std::size_t i) {

@@ -302,7 +302,7 @@ void RegisterVector()
     ZemAllocatorConstructMalloc(&g_malloc, SIZE_MAX);
     Add<Zem<Inlined>>("ours inline");
     Add<Zem<Called>>("ours exported");
-    Add<Raw>("limit", true);
+    Add<Raw>("hand kernel", true);
     Add<StdVector>("std::vector");
     Add<PmrVector>("std::pmr::vector");
     Add<Glib>("GArray");

@@ -30,12 +30,13 @@ inline std::vector<char> Exact(const std::string& text)
     return {text.c_str(), text.c_str() + std::strlen(text.c_str()) + 1};
 }
 
-// Prints with `print` into buffers of every size up to one more than `whole` needs. Each must hold
-// what fits of `whole` and a NUL; AddressSanitizer watches the bytes after it.
+// Prints with `print` into buffers of every size up to one more than `whole` needs, or up to
+// `most`. Each must hold what fits of `whole` and a NUL; AddressSanitizer watches the bytes after
+// it.
 template <class Print>
-void RequireBounded(const std::string& whole, Print print)
+void RequireBounded(const std::string& whole, Print print, std::size_t most = 0)
 {
-    for (std::size_t size = 0; size <= whole.size() + 2; ++size) {
+    for (std::size_t size = 0; size <= std::max(most, whole.size() + 2); ++size) {
         std::vector<char> buffer(size);
         print(buffer.data(), size);
         Require(size == 0 || buffer.data() == whole.substr(0, size - 1));

@@ -32,9 +32,12 @@ static void Target(FuzzedDataProvider& in)
 {
     char whole[100];
     const ZemTime duration = in.ConsumeIntegral<ZemTime>() >> in.ConsumeIntegralInRange(0, 63);
-    RequireBounded(CompactText(duration), [&](char* buf, std::size_t len) {
-        Require(ZemTimePrintCompact(duration, buf, len) == buf);
-    });
+    RequireBounded(
+        CompactText(duration),
+        [&](char* buf, std::size_t len) {
+            Require(ZemTimePrintCompact(duration, buf, len) == buf);
+        },
+        17);
 
     ZemGregorianTime gt{}, printed{};
     struct tm& tm = printed.tm;

@@ -1,11 +1,9 @@
 // Validity and order of calendar fields; and the civil arithmetic, for every number of seconds and
-// every value that the fields of a record can hold: no overflow, and fields in their ranges. (That
-// they are the right ones is for the sweep over every day to show.) The bodies come from the
-// library's C++ sources, their casts rewritten as C's.
-
-#include <stdbool.h>
+// every value that the fields of a record can hold: no overflow, no reading outside a table, and
+// fields in their ranges. (That they are the right ones is for the sweep over every day to show.)
 
 #include "Zem/Os/ZemTimeInline.h"
+#include "Zem/Utils/Private/ZemCivil.h"
 
 /*@ logic integer DaysIn(integer y, integer m) =
   @   m == 2 ? (y % 400 == 0 ? 29 : y % 100 == 0 ? 28 : y % 4 == 0 ? 29 : 28)
@@ -21,20 +19,22 @@ ZemBool ZemGregorianTimeValidateFields_(ZemInt year, ZemInt month, ZemInt monthD
                                         ZemInt minute, ZemInt second, ZemTime nanosecond);
 
 /*@ assigns \nothing;
-  @ ensures \result <==> low <= value <= high;
+  @ ensures \result == 1 <==> low <= value <= high;
+  @ ensures \result == 0 || \result == 1;
   @*/
-bool IsWithin(ZemInt64 value, ZemInt64 low, ZemInt64 high);
+static inline ZemBool IsWithin(ZemInt64 value, ZemInt64 low, ZemInt64 high);
 
 /*@ assigns \nothing;
-  @ ensures rule: \result <==> DaysIn(year, 2) == 29;
+  @ ensures rule: \result == 1 <==> DaysIn(year, 2) == 29;
+  @ ensures \result == 0 || \result == 1;
   @*/
-bool IsLeapYear(ZemInt year);
+static inline ZemBool ZemCivilIsLeapYear(ZemInt year);
 
 /*@ requires 1 <= month <= 12;
   @ assigns \nothing;
   @ ensures \result == DaysIn(year, month);
   @*/
-ZemInt DaysInMonth(ZemInt year, ZemInt month);
+static inline ZemInt ZemCivilDaysInMonth(ZemInt year, ZemInt month);
 
 /*@ requires \valid_read(gt) && -2147483648 <= gt->tm.tm_gmtoff <= 2147483647;
   @ assigns \nothing;
@@ -72,10 +72,64 @@ ZemBool ZemGregorianTimeEqual(const ZemGregorianTime* a, const ZemGregorianTime*
   @*/
 ZemBool ZemGregorianTimeLess(const ZemGregorianTime* a, const ZemGregorianTime* b);
 
+// At most the days of a century, as numbers of quarter days, whose last is one short of four.
+/*@ requires fourDays <= 146096;
+  @ assigns \nothing;
+  @ ensures 1 <= \result.month <= 12 && 1 <= \result.day <= 31;
+  @ ensures 0 <= \result.dayOfYear <= 365;
+  @*/
+static inline ZemCivilDate ZemCivilDateInCentury(ZemUint32 century, ZemUint32 fourDays);
+
+/*@ requires -131610 <= day <= 131610;
+  @ assigns \nothing;
+  @ ensures 1 <= \result.month <= 12 && 1 <= \result.day <= 31;
+  @ ensures 0 <= \result.dayOfYear <= 365;
+  @*/
+static inline ZemCivilDate ZemCivilDateOfDay(ZemInt day);
+
+/*@ requires day < 134217728;
+  @ assigns \nothing;
+  @ ensures remainder: \result == day % 7;
+  @*/
+static inline ZemUint32 ZemCivilWeekdayOf(ZemUint32 day);
+
+/*@ requires secondOfDay <= 86399;
+  @ assigns \nothing;
+  @ ensures value: \result.hour * 3600 + \result.minute * 60 + \result.second == secondOfDay;
+  @ ensures \result.hour <= 23 && \result.minute <= 59 && \result.second <= 59;
+  @*/
+static inline ZemCivilTime ZemCivilTimeOfSecond(ZemUint32 secondOfDay);
+
+/*@ requires century <= 99 && yearOfCentury <= 99 && month <= 15;
+  @ assigns \nothing;
+  @ ensures \exists integer i; 0 <= i < 32 && \result == &kZemCivilMonths[i];
+  @*/
+static inline const ZemCivilMonth* ZemCivilMonthIn(ZemUint32 century, ZemUint32 yearOfCentury,
+                                                   ZemUint32 month);
+
+/*@ requires century <= 99 && yearOfCentury <= 99 && day <= 16777216;
+  @ requires \valid_read(month) && -719529 <= month->daysBefore <= 0;
+  @ assigns \nothing;
+  @*/
+static inline ZemInt ZemCivilDayOfDate(ZemUint32 century, ZemUint32 yearOfCentury,
+                                       const ZemCivilMonth* month, ZemUint32 day);
+
+/*@ requires 1 <= biasedYear <= 4800000000 && 0 <= month <= 11;
+  @ assigns \nothing;
+  @ ensures -877600000000 <= \result <= 877600000000;
+  @*/
+static inline ZemInt64 ZemCivilDayOfMonth(ZemInt64 biasedYear, ZemInt64 month);
+
+/*@ requires \valid_read(t);
+  @ assigns \nothing;
+  @ ensures -144115188075855872 <= \result <= 144115188075855872;
+  @*/
+static inline ZemInt64 ZemCivilSecsOfTm(const struct tm* t);
+
 /*@ requires \valid_read(t);
   @ assigns \nothing;
   @*/
-time_t ZemTimeGm(const struct tm* t);
+static inline time_t ZemCivilTimeGm(const struct tm* t);
 
 /*@ requires \valid_read(secs) && \valid(result) && \separated(secs, result);
   @ assigns *result, \result \from result;
@@ -91,7 +145,17 @@ time_t ZemTimeGm(const struct tm* t);
   @   ensures 0 <= result->tm_wday <= 6;
   @   ensures 0 <= result->tm_yday <= 365;
   @*/
-struct tm* ZemGmTimeR(const time_t* secs, struct tm* result);
+static inline struct tm* ZemCivilGmTimeR(const time_t* secs, struct tm* result);
 
-#include "civil_arithmetic.c"
-#include "validation_and_comparison.c"
+/*@ requires \valid(result) && -9223472037 <= secs <= 9223472037;
+  @ assigns result->tm_sec, result->tm_min, result->tm_hour, result->tm_mday, result->tm_mon,
+  @   result->tm_year, result->tm_wday, result->tm_yday;
+  @ ensures 0 <= result->tm_hour <= 23 && 0 <= result->tm_min <= 59 && 0 <= result->tm_sec <= 59;
+  @ ensures 1 <= result->tm_mday <= 31;
+  @ ensures 0 <= result->tm_mon <= 11;
+  @ ensures 0 <= result->tm_wday <= 6;
+  @ ensures 0 <= result->tm_yday <= 365;
+  @*/
+static inline void ZemCivilSetTm(ZemInt64 secs, struct tm* result);
+
+#include "Zem/Os/ZemTimeGregorianFields.cpp"

@@ -4,8 +4,10 @@
 #include <cstdio>
 #include <thread>
 
+#include "Zem/Os/Private/ZemTimeReader.h"
 #include "Zem/Os/ZemTimeInline.h"
 #include "fuzz/readers_agree.hpp"
+#include "tests/reference_text.hpp"
 
 static void Require(bool right, const char* what, ZemInt64 value)
 {
@@ -58,6 +60,64 @@ static void SweepNanoseconds(ZemInt64 second)
     }
 }
 
+// The arithmetic on all bytes of a word: every number of eight digits; and which byte is the first
+// that is no digit, for every pair of bytes at every place, among equal ones.
+static void SweepWords()
+{
+    for (ZemUint32 n = 0; n < 100000000; ++n) {
+        ZemUint64 word = 0;
+        for (ZemUint32 i = 0, rest = n; i < 8; ++i, rest /= 10)
+            word = word << 8 | rest % 10;
+        Require(ZemNumberOf8(word) == n, "Number", n);
+    }
+    for (int others : {0, 9, 10, 127, 128, 255})
+        for (int at = 0; at < 7; ++at)
+            for (int pair = 0; pair < 65536; ++pair) {
+                ZemUint64 word = 0;
+                int first = 8;
+                bool pairs = true;
+                for (int i = 7; i >= 0; --i) {
+                    const int byte = i == at ? pair / 256 : i == at + 1 ? pair % 256 : others;
+                    word = word << 8 | static_cast<ZemUint64>(byte);
+                    first = byte > 9 ? i : first;
+                    pairs = pairs && byte <= (i % 3 == 2 ? 0 : 9);
+                }
+                const ZemUint64 wrong = ZemNotDigits(word);
+                Require(
+                    wrong != 0 ? ZemCountBytes(wrong) == static_cast<ZemUint32>(first) : first == 8,
+                    "Digits", pair);
+                Require((ZemNotPairs(word) == 0) == pairs, "Pairs", pair);
+            }
+}
+
+// Holds every parser against its second reader.
+static void RequireRead(const std::string& text, ZemInt64 value)
+{
+    Require(ReadersAgree(text.c_str()), text.c_str(), value);
+    Require(TimestampReadersAgree(text.data(), text.size()), text.c_str(), value);
+}
+
+// Every day that an instant can have, printed and read back; every day that a text can name.
+static void SweepDates()
+{
+    for (ZemInt64 day = -719528, second = 0; day <= 2932896;
+         ++day, second = (second + 7919) % 86400) {
+        const time_t secs = day * 86400 + second;
+        const bool reached = secs >= -9223372036 && secs <= 9223372036;
+        ZemGregorianTime gt{};
+        gmtime_r(&secs, &gt.tm);
+        const std::string whole = ReferencePrint(gt, 0);
+        char text[64];
+        ZemTime t;
+        Require(ZemGregorianTimePrint(&gt, 0, text, sizeof text) == 20 && text == whole, "Text",
+                day);
+        Require(ZemTimeParse(&t, text, 20) == 20, "Size", day);
+        Require(t == (reached ? secs * 1000000000 : ZEM_TIME_INFINITE), "Instant", day);
+        if (reached)
+            Require(ZemTimePrint(t, 0, 0, text, sizeof text) == 20 && text == whole, "Print", day);
+    }
+}
+
 // Every offset of two, four and six digits, with colons and without.
 static void SweepOffsets()
 {
@@ -67,20 +127,19 @@ static void SweepOffsets()
             const std::string hours = s.substr(0, 2), minutes = s.substr(2, 2), rest = s.substr(4);
             for (const std::string& offset : {rest, minutes + rest, minutes + ":" + rest, s,
                                               hours + ":" + minutes + ":" + rest})
-                Require(ReadersAgree(("2024-03-01T12:30:45" + sign + offset).c_str()), "Offset", n);
+                RequireRead("2024-03-01T12:30:45" + sign + offset, n);
         }
 }
 
-// Every pair of bytes at every place after the year.
+// Every pair of bytes at every place.
 static void SweepPairs()
 {
     for (const std::string text : {"2024-03-01T12:30:45.5+01:02:03", "2024-03-01 12:30:45 -0102",
                                    "2024-03-01 12:30:45Z", "2024-02-29T23:59:60-010203"})
-        for (size_t at = 4; at + 2 <= text.size(); ++at)
+        for (size_t at = 0; at + 2 <= text.size(); ++at)
             for (ZemUint32 pair = 0; pair < 65536; ++pair) {
                 const char bytes[] = {static_cast<char>(pair / 256), static_cast<char>(pair)};
-                const std::string edited = std::string(text).replace(at, 2, bytes, 2);
-                Require(ReadersAgree(edited.c_str()), edited.c_str(), pair);
+                RequireRead(std::string(text).replace(at, 2, bytes, 2), pair);
             }
 }
 
@@ -96,7 +155,10 @@ int main()
     Date d = SweepDays({-2147483648, -5877641, 5, 23, 2, 173}, 0);
     Require(std::memcmp(&d, &epoch, sizeof d) == 0, "Epoch", d.year);
     SweepNanoseconds(-1);
+    SweepWords();
+    SweepDates();
     SweepOffsets();
     other.join();
-    std::puts("All days of 2^32, nanoseconds of two seconds, offsets, and pairs of bytes");
+    std::puts(
+        "All days of 2^32, nanoseconds of two seconds, numbers, dates, offsets, pairs of bytes");
 }

@@ -45,14 +45,18 @@ inline std::vector<std::pair<std::string, std::string>> Table(const std::string&
 }
 
 // Has `print` write a text that should be `whole` into buffers of every size up to two more than it
-// needs: each must hold the beginning that fits and a NUL, with nothing written after the buffer.
+// needs, or up to `most`: each must hold the beginning that fits and a NUL, with nothing written
+// after the buffer, and after the NUL only by a printer that `scribbles`.
 template <class Print>
-void ExpectBounded(const std::string& whole, Print print)
+void ExpectBounded(const std::string& whole, Print print, std::size_t most = 0,
+                   bool scribbles = false)
 {
-    for (std::size_t size = 0; size <= whole.size() + 3; ++size) {
-        std::string buffer(whole.size() + 20, '\x7F');
+    most = std::max(most, whole.size() + 3);
+    for (std::size_t size = 0; size <= most; ++size) {
+        std::string buffer(most + 17, '\x7F');
         print(buffer.data(), size);
-        ASSERT_EQ(buffer.find_first_not_of('\x7F', size), std::string::npos) << whole << size;
+        const std::size_t end = scribbles ? size : std::min(size, whole.size() + 1);
+        ASSERT_EQ(buffer.find_first_not_of('\x7F', end), std::string::npos) << whole << size;
         ASSERT_TRUE(size == 0 || buffer.c_str() == whole.substr(0, size - 1)) << buffer << size;
     }
 }

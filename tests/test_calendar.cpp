@@ -115,6 +115,31 @@ TEST(Calendar, LocalTime)
     }
 }
 
+// A zone whose clock counts leap seconds: our UTC does not, the C library's does.
+TEST(Calendar, ZonesThatCountLeapSeconds)
+{
+    setenv("TZ", "right/Europe/Berlin", 1);
+    tzset();
+    const ZemTime t = 1709292645 * kSecond;
+    ZemGregorianTime gt, utc, plain;
+    ZemGregorianTimeConstruct(&gt, t);
+    ZemGregorianTimeConstructUTC(&utc, t);
+    const ZemTime back = ZemGregorianTimeGetTime(&gt), backUtc = ZemGregorianTimeGetTime(&utc);
+    setenv("TZ", "UTC0", 1);
+    tzset();
+    ZemGregorianTimeConstructUTC(&plain, t);
+#if defined(ZEMTIME_LIBC_CALENDAR)
+    EXPECT_EQ(t - back, 0);
+    EXPECT_FALSE(ZemGregorianTimeEqual(&utc, &plain))
+        << "is the zone data missing (package tzdata, or tzdata-legacy)?";
+#else
+    EXPECT_EQ(t - back, 27 * kSecond)
+        << "is the zone data missing (package tzdata, or tzdata-legacy)?";
+    EXPECT_TRUE(ZemGregorianTimeEqual(&utc, &plain));
+#endif
+    EXPECT_EQ(backUtc, t);
+}
+
 TEST(Calendar, FieldsAreValidated)
 {
     for (const auto& [text, verdict] : Table("fields.txt")) {
@@ -133,6 +158,40 @@ TEST(Calendar, FieldsAreValidated)
              << ZemGregorianTimeGetNanosecond(&gt) << ' ' << ZemGregorianTimeGetUTCOffset(&gt)
              << gt.tm.tm_wday << gt.tm.tm_yday << gt.tm.tm_isdst << (gt.tm.tm_zone == nullptr);
         EXPECT_TRUE(made == nullptr ? Same(gt, before) : back.str() == text + " 00001") << text;
+    }
+}
+
+// Copies of records whose fields a compiler knows, where it might copy those and no padding.
+TEST(Calendar, CopiesKeepPadding)
+{
+    using Copy = void (*)(ZemGregorianTime*, ZemGregorianTime*);
+    const Copy copies[] = {[](ZemGregorianTime* to, ZemGregorianTime* from) {
+                               ZemGregorianTime known;
+                               std::memset(&known, 0x11, sizeof known);
+                               ZemGregorianTimeConstructFields(&known, 2024, 2, 29, 12, 30, 45, 5);
+                               ZemGregorianTimeConstructCopy(to, &known);
+                               ZemGregorianTimeConstructFields(from, 2024, 2, 29, 12, 30, 45, 5);
+                           },
+                           [](ZemGregorianTime* to, ZemGregorianTime* from) {
+                               ZemGregorianTime known;
+                               ZemGregorianTimeConstructCopy(&known, from);
+                               ZemGregorianTimeSetUTCOffset(&known, 3600);
+                               ZemGregorianTimeAssign(to, &known);
+                               ZemGregorianTimeSetUTCOffset(from, 3600);
+                           },
+                           [](ZemGregorianTime* to, ZemGregorianTime* from) {
+                               ZemGregorianTime known;
+                               ZemGregorianTimeAssign(&known, from);
+                               ZemGregorianTimeSetUTCOffset(&known, 3600);
+                               ZemGregorianTimeSwap(to, &known);
+                               ZemGregorianTimeSetUTCOffset(from, 3600);
+                           }};
+    for (const Copy& copy : copies) {
+        ZemGregorianTime from, to;
+        std::memset(&from, 0x22, sizeof from);
+        std::memset(&to, 0x5A, sizeof to);
+        copy(&to, &from);
+        EXPECT_TRUE(Same(to, from)) << &copy - copies;
     }
 }
 

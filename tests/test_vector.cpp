@@ -14,24 +14,29 @@ static std::vector<std::uint8_t> RandomBytes(std::size_t size, unsigned seed)
     return bytes;
 }
 
-TEST(Vector, DoesAsTheModelInRandomOrder)
+template <class Face>
+struct Vector : testing::Test {};
+using Faces = testing::Types<CFace, CppFace>;
+TYPED_TEST_SUITE(Vector, Faces, );
+
+TYPED_TEST(Vector, DoesAsTheModelInRandomOrder)
 {
     for (unsigned seed = 0; seed < 1000; ++seed) {
         std::vector<std::uint8_t> bytes = RandomBytes(1 + seed % 900, seed);
         auto refuses = [&](std::size_t request) { return bytes[request % bytes.size()] % 8 == 7; };
-        VectorModel model{bytes.data(), bytes.data() + bytes.size(), refuses};
+        BasicVectorModel<TypeParam> model{bytes.data(), bytes.data() + bytes.size(), refuses};
         ASSERT_TRUE(model.Run()) << "seed " << seed;
     }
 }
 
 // The same steps without memory for the first, the second ... request, alone or with all after it.
-TEST(Vector, LosesNothingWhicheverRequestFails)
+TYPED_TEST(Vector, LosesNothingWhicheverRequestFails)
 {
     std::vector<std::uint8_t> bytes = RandomBytes(1500, 1);
     for (bool all : {false, true}) {
         for (std::size_t n = 0, requests = 100; n < requests; ++n) {
             auto refuses = [=](std::size_t request) { return all ? request >= n : request == n; };
-            VectorModel model{bytes.data(), bytes.data() + bytes.size(), refuses};
+            BasicVectorModel<TypeParam> model{bytes.data(), bytes.data() + bytes.size(), refuses};
             ASSERT_TRUE(model.Run()) << "request " << n;
             requests = model.requests;
         }
@@ -77,4 +82,21 @@ TEST(Allocators, FixedUsesItsBufferAndNoMore)
         EXPECT_EQ(ZemAllocatorAllocate(a, 16 * count + 1), nullptr);
         EXPECT_EQ(ZemAllocatorAllocate(a, 16 * count), first);
     }
+}
+
+TEST(Allocators, FixedKeepsHolesUntilAllIsReturned)
+{
+    alignas(16) char memory[64];
+    ZemFixedAllocator fixed;
+    ZemAllocator* a = &ZemFixedAllocatorConstruct(&fixed, memory, sizeof memory)->allocator;
+    void* blocks[4];
+    for (void*& block : blocks)
+        block = ZemAllocatorAllocate(a, 16);
+    for (int b : {2, 3, 1})
+        ZemAllocatorDeallocate(a, blocks[b], 16);
+    EXPECT_EQ(ZemAllocatorAllocate(a, 16), blocks[3]) << "above the hole";
+    EXPECT_EQ(ZemAllocatorAllocate(a, 16), nullptr);
+    ZemAllocatorDeallocate(a, blocks[3], 16);
+    ZemAllocatorDeallocate(a, blocks[0], 16);
+    EXPECT_EQ(ZemAllocatorAllocate(a, 64), blocks[0]);
 }

@@ -5,6 +5,29 @@
 // Include this header for the prototypes, or ZemTimeInline.h for the prototypes and the bodies of
 // the small operations; nothing else is needed. Plain C11 and C++17.
 //
+// I want to ...                               call
+//   measure how long something takes          ZemTimeInitialize once, then
+//                                             ZemTimeGetCurrentMonotonicTime and ZemTimeGetElapsed
+//   wait until a deadline                     ZemTimeGetRelativeTimevalFromMonotonicTime
+//   know what time it is                      ZemTimeGetCurrentWallTime
+//   parse a timestamp to an instant           ZemTimeParse (ZemTimeText.h)
+//   parse one and keep its fields and offset  ZemGregorianTimeConstructCStr, or with a length
+//                                             ZemGregorianTimeParse (ZemTimeText.h)
+//   get the instant of a record               ZemGregorianTimeGetTime
+//   get year, month, day of an instant        ZemGregorianTimeConstructUTC, local:
+//                                             ZemGregorianTimeConstruct, in a zone by name:
+//                                             ZemGregorianTimeConstructInZone (ZemTimeZone.h)
+//   print an instant as RFC 3339              ZemTimePrint (ZemTimeText.h)
+//   print a record                            ZemGregorianTimeGetAsStringWithOffset
+//   parse or print a duration                 ZemTimeParseDuration, ZemTimePrintDuration
+//                                             (ZemTimeText.h); for people: ZemTimePrintCompact
+//   compare two instants or subtract them     <, -: a ZemTime is an integer
+//   talk to NTP                               ZemTimeConstructFromNtp, ZemTimeGetNtp
+//   know whether times overlap                ZemTimeRangeIntersects, ZemTimeRangeIntersection
+//   unite, subtract, search sets of times     ZemTimeRangeSetUnion and its kind
+//                                             (ZemTimeRangeSet.h)
+//   schedule across a change of the clock     ZemGregorianTimeResolve (ZemTimeZone.h)
+//
 // Records are plain values, owned by the caller and handled by functions that are named by the
 // type followed by the operation. Failures are reported by the result alone: a null pointer, a
 // ZemBool of 0, or ZEM_TIME_INFINITE. An operation that validates its input does so before it
@@ -13,6 +36,12 @@
 // allocates (the range vector apart) or keeps state (the factor of the monotonic clock apart);
 // functions on distinct records may run on any threads (vectors on one allocator: if that allows
 // it).
+//
+// Seconds are POSIX seconds: every day has 86,400 of them. Where the process's zone counts leap
+// seconds as well (TZ=right/Europe/Berlin and its kind), the platform's conversions count them and
+// those to and from UTC here do not, so that ZemGregorianTimeGetTime of a local record is off by
+// the leap seconds so far (27 s in 2024). A library built with ZEMTIME_LIBC_CALENDAR goes through
+// the platform both ways and is right there.
 
 #ifndef ZEM_OS_ZEMTIME_H
 #define ZEM_OS_ZEMTIME_H
@@ -22,6 +51,11 @@
 
 #include "Zem/Utils/SysDep/ZemBaseTypes.h"
 #include "Zem/Utils/ZemAllocator.h"
+
+// The version of these headers.
+#define ZEM_TIME_VERSION_MAJOR 1
+#define ZEM_TIME_VERSION_MINOR 1
+#define ZEM_TIME_VERSION_PATCH 0
 
 #ifdef __cplusplus
 extern "C" {
@@ -141,17 +175,24 @@ ZEM_API ZemUint64 ZemTimeGetNtp(ZemTime t);
 // ---------------------------------------------------------------------------------------------
 
 // A date and time of day of the proleptic Gregorian calendar, with nanoseconds and a UTC offset.
-// A plain value: copy it bytewise; the text at tm.tm_zone belongs to the platform.
+// A plain value: copy it bytewise. The text at tm.tm_zone belongs to the platform in records of
+// local time. In UTC records it is a constant of this library, there as long as the program or the
+// shared object that the library is linked into; on Linux the shared library itself stays loaded
+// after dlclose.
 typedef struct ZemGregorianTime {
     struct tm tm;       // tm_gmtoff: the UTC offset in seconds east of UTC
     ZemInt64 nanosecs;  // added to the second that the fields name: 0 to 999,999,999, or negative
                         // (down to -999,999,999) in records built from times before 1970
 } ZemGregorianTime;
 
-// Fills `gt` with the local calendar time of the wall-clock time `systemTime`, the UTC offset in
-// force at that instant included, and returns `gt`; null when localtime_r fails (the content of
-// `gt` is then undefined). Before 1970 the fields name the second nearer to 1970 and the
-// nanoseconds are negative.
+// Fills `gt` with the local calendar time of the wall-clock time `systemTime`, the UTC offset
+// included, and returns `gt`; null when localtime_r fails (the content of `gt` is then undefined).
+// Before 1970 the fields and the offset are those of the second nearer to 1970, and the nanoseconds
+// are negative: within the last second before a change of the offset, the record has the offset
+// that follows it. ZemGregorianTimeGetTime gives the instant back all the same.
+//
+// The zone is the process's as localtime_r has it: glibc reads TZ at the first use and whenever
+// tzset or mktime is called, so a program that changes TZ calls tzset.
 ZEM_API ZemGregorianTime* ZemGregorianTimeConstruct(ZemGregorianTime* gt, ZemTime systemTime);
 
 // The same in UTC, with an offset of 0. Takes no lock (but what the C library's gmtime_r takes,
@@ -182,8 +223,9 @@ ZEM_API ZemBool ZemGregorianTimeValidateFields_(ZemInt year, ZemInt month, ZemIn
 //
 // The fields are kept as written, with the offset beside them; ZemGregorianTimeGetTime gives the
 // instant. A second of 60 is accepted; an hour of 24 is not. An offset has no bound. Numbers are
-// read as strtoul reads them, so a space or a sign may stand for a leading digit of a field.
-// `s` is a NUL-terminated text; it is not kept.
+// read as strtoul reads them: what it skips as white space (any number of characters, tabs and
+// newlines among them) and one sign may stand for the leading digits of a field, whose width they
+// count towards. `s` is a NUL-terminated text; it is not kept.
 ZEM_API ZemGregorianTime* ZemGregorianTimeConstructCStr(ZemGregorianTime* gt, const char* s);
 
 // Copies the whole record at `src` to `dst` and returns `dst`.
@@ -206,7 +248,8 @@ ZEM_API ZemBool ZemGregorianTimeEqual(const ZemGregorianTime* a, const ZemGregor
 
 // 1 when `a` comes before `b` in the order of those eight values, the year first and the offset
 // last, else 0. This orders what a wall calendar shows, not instants: compare
-// ZemGregorianTimeGetTime for those.
+// ZemGregorianTimeGetTime for those. Years are compared as they are stored, less 1900: those below
+// -2147481748 wrap and come last.
 ZEM_API ZemBool ZemGregorianTimeLess(const ZemGregorianTime* a, const ZemGregorianTime* b);
 
 // The calendar year; negative ones and 0 count backwards without a gap (0 is 1 BC).
@@ -238,14 +281,17 @@ ZEM_API ZemInt ZemGregorianTimeGetUTCOffset(const ZemGregorianTime* gt);
 ZEM_API ZemBool ZemGregorianTimeSetUTCOffset(ZemGregorianTime* gt, ZemInt offset);
 
 // The wall-clock time of the fields, read as local time of the process's zone; the record's own
-// offset plays no part. In an hour that repeats, mktime chooses. ZEM_TIME_INFINITE when mktime
-// fails or the result does not fit a ZemTime; also for 23:59:59 UTC on 1969-12-31, which mktime
-// does not tell from a failure. The record is not changed.
+// offset plays no part. In an hour that repeats, mktime chooses, and in one that is skipped it
+// moves the time on or back by the gap; glibc's choice depends on its earlier calls in the process,
+// so one record may give either of two instants. ZEM_TIME_INFINITE when mktime fails or the result
+// does not fit a ZemTime; also for 23:59:59 UTC on 1969-12-31, which mktime does not tell from a
+// failure. The record is not changed. mktime reads TZ anew at every call.
 ZEM_API ZemTime ZemGregorianTimeGetLocalTime(const ZemGregorianTime* gt);
 
-// The wall-clock time of the fields, read as UTC; the record's own offset plays no part. Fields
+// The wall-clock time of the fields, read as UTC; the record's own offset plays no part, so that
+// this is not the instant that a text with an offset names: ZemGregorianTimeGetTime is. Fields
 // outside their usual ranges carry over, as with timegm. ZEM_TIME_INFINITE when the result does
-// not fit a ZemTime; also for 23:59:59 on 1969-12-31, which timegm does not tell from a failure.
+// not fit a ZemTime; also for 23:59:59 on 1969-12-31, whose seconds are those of a failure.
 ZEM_API ZemTime ZemGregorianTimeGetUTCTime(const ZemGregorianTime* gt);
 
 // The wall-clock time of the fields, read at the record's own UTC offset: the instant that the
@@ -258,11 +304,13 @@ ZEM_API ZemTime ZemGregorianTimeGetTime(const ZemGregorianTime* gt);
 ZEM_API ZemTime ZemTimeFromSecsAndNanosecs_(ZemInt64 secs, ZemInt64 nanosecs);
 
 // Prints the record's fields, as in 2024-03-01 12:30:45.250, into `buf` of `buflen` bytes and
-// returns `buf`; null when the text does not fit with its NUL, and `buf` then holds its beginning
-// (nothing is written when `buflen` is 0). 24 bytes are enough for years 0 to 9999. Milliseconds
-// are cut, not rounded. Negative nanoseconds borrow a second, so the text is the instant rounded
-// down: 1 ns before 1970 prints as 1969-12-31 23:59:59.999. Does not depend on the locale.
+// returns `buf`; null, which is nothing for %s, when the text does not fit with its NUL, and `buf`
+// then holds its beginning (nothing is written when `buflen` is 0). 24 bytes are enough for years 0
+// to 9999. Milliseconds are cut, not rounded. Negative nanoseconds borrow a second, so the text is
+// the instant rounded down: 1 ns before 1970 prints as 1969-12-31 23:59:59.999. Does not depend on
+// the locale.
 ZEM_API char* ZemGregorianTimeGetAsString(const ZemGregorianTime* gt, char* buf, ZemSizeT buflen);
+#define ZEM_GREGORIAN_TIME_STRING_SIZE 24
 
 // The same, followed by the UTC offset: 2024-03-01 12:30:45.250 +01:00, or with seconds where the
 // offset has them: +05:30:15. 31 and 34 bytes are enough for years 0 to 9999 and offsets under 100
@@ -270,6 +318,7 @@ ZEM_API char* ZemGregorianTimeGetAsString(const ZemGregorianTime* gt, char* buf,
 // for years -999 to 9999 and offsets under 100 hours.
 ZEM_API char* ZemGregorianTimeGetAsStringWithOffset(const ZemGregorianTime* gt, char* buf,
                                                     ZemSizeT buflen);
+#define ZEM_GREGORIAN_TIME_STRING_WITH_OFFSET_SIZE 34
 
 // ---------------------------------------------------------------------------------------------
 // Duration text
@@ -281,6 +330,7 @@ ZEM_API char* ZemGregorianTimeGetAsStringWithOffset(const ZemGregorianTime* gt, 
 // cutting a text that does not fit; 16 bytes are always enough. The text is ASCII but for the unit
 // µs, which is UTF-8 (C2 B5 73) and may be cut in its middle. Returns `buf`.
 ZEM_API const char* ZemTimePrintCompact(ZemTime t, char* buf, ZemSizeT len);
+#define ZEM_TIME_COMPACT_SIZE 16
 
 // ---------------------------------------------------------------------------------------------
 // Time ranges
@@ -300,6 +350,7 @@ typedef struct ZemTimeRange {
 } ZemTimeRange;
 
 // Sets the upper bound `begin` and the lower bound `end`, in any order of size, and returns `x`.
+// The LATER one comes first: from 9 to 17 o'clock is ZemTimeRangeConstruct(&x, seventeen, nine).
 ZEM_API ZemTimeRange* ZemTimeRangeConstruct(ZemTimeRange* x, ZemTime begin, ZemTime end);
 
 // Does nothing: a range owns nothing.

@@ -13,9 +13,7 @@
 
 #if defined(ZEM_INLINE)
 
-#ifdef __cplusplus
-extern "C" {
-#endif
+ZEM_BODIES_BEGIN
 
 // ---------------------------------------------------------------------------------------------
 // Time values
@@ -118,8 +116,8 @@ ZEM_INLINE struct timeval* ZemTimeGetRelativeTimevalFromMonotonicTime(ZemTime ti
         return NULL;
     }
     micros = (timeout - cur + 999) / 1000;
-    tv->tv_sec = (time_t)(micros / 1000000);
-    tv->tv_usec = (suseconds_t)(micros % 1000000);
+    tv->tv_sec = micros / 1000000;
+    tv->tv_usec = (ZemInt)(micros % 1000000);
     return tv;
 }
 
@@ -156,8 +154,10 @@ ZEM_INLINE ZemUint64 ZemTimeGetNtp(ZemTime t)
 // Calendar time
 // ---------------------------------------------------------------------------------------------
 
-// The C library hides the member's name from strictly conforming programs.
-#if (defined(__GLIBC__) && !defined(__USE_MISC)) || (defined(__linux__) && !defined(__GLIBC__))
+// The C library hides the member's name from strictly conforming programs: glibc by their mode,
+// musl by a macro where it shows the plain one.
+#if (defined(__GLIBC__) && !defined(__USE_MISC)) || \
+    (defined(__linux__) && !defined(__GLIBC__) && !defined(__ANDROID__))
 #define ZEM_TM_GMTOFF_ __tm_gmtoff
 #else
 #define ZEM_TM_GMTOFF_ tm_gmtoff
@@ -203,17 +203,20 @@ ZEM_INLINE ZemGregorianTime* ZemGregorianTimeConstructFields(ZemGregorianTime* g
     return gt;
 }
 
+// Records are copied as bytes: compilers may keep an assigned record field by field, without its
+// padding. The two may be one record.
+
 ZEM_INLINE ZemGregorianTime* ZemGregorianTimeConstructCopy(ZemGregorianTime* dst,
                                                            const ZemGregorianTime* src)
 {
-    *dst = *src;
+    memmove(dst, src, sizeof *dst);
     return dst;
 }
 
 ZEM_INLINE ZemGregorianTime* ZemGregorianTimeAssign(ZemGregorianTime* dst,
                                                     const ZemGregorianTime* src)
 {
-    *dst = *src;
+    memmove(dst, src, sizeof *dst);
     return dst;
 }
 
@@ -224,10 +227,9 @@ ZEM_INLINE void ZemGregorianTimeDestruct(ZemGregorianTime* gt)
 
 ZEM_INLINE ZemBool ZemGregorianTimeSwap(ZemGregorianTime* a, ZemGregorianTime* b)
 {
-    // As bytes: gcc may keep a local copy of a record field by field, without its padding.
     unsigned char oldA[sizeof *a];
     memcpy(oldA, a, sizeof oldA);
-    *a = *b;
+    memmove(a, b, sizeof *a);
     memcpy(b, oldA, sizeof oldA);
     return 1;
 }
@@ -325,12 +327,21 @@ ZEM_INLINE ZemTime ZemGregorianTimeGetTime(const ZemGregorianTime* gt)
 {
     time_t val = ZemTimeGm(&gt->tm);
     ZemInt64 offset = gt->tm.ZEM_TM_GMTOFF_;
-    // The seconds of a year that fits an int stay below 2^57. An offset that is too large to be
-    // subtracted safely takes the instant out of a ZemTime's span, whatever the fields say.
-    if (val == -1 || offset < -4611686018427387904 || offset > 4611686018427387904) {
+    // The seconds of a year that fits an int stay below 2^57, so a difference that wraps is not a
+    // small one.
+    ZemInt64 secs = (ZemInt64)((ZemUint64)val - (ZemUint64)offset);
+    if (val == -1) {
         return ZEM_TIME_INFINITE;
     }
-    return ZemTimeFromSecsAndNanosecs_(val - offset, gt->nanosecs);
+    if (secs >= -9223372036 && secs <= 9223372035 && (ZemUint64)gt->nanosecs <= 999999999) {
+        return secs * 1000000000 + gt->nanosecs;
+    }
+    // An offset that is too large to be subtracted safely takes the instant out of a ZemTime's
+    // span, whatever the fields say.
+    if (offset < -4611686018427387904 || offset > 4611686018427387904) {
+        return ZEM_TIME_INFINITE;
+    }
+    return ZemTimeFromSecsAndNanosecs_(secs, gt->nanosecs);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -576,9 +587,7 @@ ZEM_INLINE void ZemVector_ZemTimeRangeClear(ZemVector_ZemTimeRange* x)
 #define ZEM_ITERATOR_STEP (-1)
 #include "Zem/Containers/ZemVectorIteratorInline.h"
 
-#ifdef __cplusplus
-}
-#endif
+ZEM_BODIES_END
 
 #endif
 

@@ -1,7 +1,8 @@
 // The allocator record, and two allocators ready to use.
 //
 // Containers draw their memory from a ZemAllocator that the caller supplies. The record is two
-// callbacks, a limit and a context pointer; anyone may fill one in by hand.
+// callbacks, a limit and a context pointer; anyone may fill one in by hand. Callbacks written in
+// C++ must not throw: they are called from functions that throw nothing.
 
 #ifndef ZEM_UTILS_ZEMALLOCATOR_H
 #define ZEM_UTILS_ZEMALLOCATOR_H
@@ -14,7 +15,8 @@ extern "C" {
 
 typedef struct ZemAllocatorS_ ZemAllocator;
 
-// Returns a block of at least `size` bytes, aligned for any scalar type, or null when it cannot.
+// Returns a block of at least `size` bytes, aligned for the container's elements (8 bytes for
+// ZemTimeRange), or null when it cannot.
 typedef ZemVoidPtr (*ZemAllocatorAllocateCallback)(ZemAllocator* allocator, ZemSizeT size);
 
 // Takes back a block that the same allocator handed out; `size` is the count it was asked for.
@@ -47,7 +49,7 @@ ZEM_API ZemAllocator* ZemAllocatorConstructMalloc(ZemAllocator* a, ZemSizeT maxS
 typedef struct ZemFixedAllocator {
     ZemAllocator allocator;  // maxSize: the usable bytes of the buffer
     char* begin;             // the buffer's first aligned byte
-    ZemSizeT used;           // bytes from `begin` up to the top of the newest block
+    ZemSizeT used;           // bytes from `begin` up to the topmost room in use
     ZemSizeT blocks;         // blocks handed out and not yet taken back
 } ZemFixedAllocator;
 
@@ -55,11 +57,11 @@ typedef struct ZemFixedAllocator {
 // belongs to the caller and must outlive every container on it; it may have any alignment and any
 // size, 0 included (`buffer` may then be null). Blocks start at multiples of 16 bytes.
 //
-// Blocks are stacked: a request that does not fit above the newest block, or of 0 bytes, returns
-// null. Handing back the newest block frees its room at once; handing back an older one frees it
-// when the last block of all is returned. A container that grows by doubling therefore leaves its
-// smaller blocks behind: reserve the capacity up front, or give it four times the room of its
-// elements.
+// Blocks are stacked: a request that does not fit above the topmost room in use, or of 0 bytes,
+// returns null. Handing back the block that is topmost frees its room at once; any other stays in
+// the stack as a hole, and holds up those beneath it, until the last block of all is returned. A
+// container that grows by doubling therefore leaves its smaller blocks behind: reserve the capacity
+// up front, or give it four times the room of its elements.
 ZEM_API ZemFixedAllocator* ZemFixedAllocatorConstruct(ZemFixedAllocator* fixed, ZemVoidPtr buffer,
                                                       ZemSizeT size);
 

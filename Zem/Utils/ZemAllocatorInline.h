@@ -7,9 +7,7 @@
 
 #if defined(ZEM_INLINE)
 
-#ifdef __cplusplus
-extern "C" {
-#endif
+ZEM_BODIES_BEGIN
 
 ZEM_INLINE ZemVoidPtr ZemAllocatorAllocate(ZemAllocator* a_, ZemSizeT s_)
 {
@@ -21,9 +19,7 @@ ZEM_INLINE void ZemAllocatorDeallocate(ZemAllocator* a_, ZemVoidPtr p_, ZemSizeT
     a_->deallocate(a_, p_, s_);
 }
 
-#ifdef __cplusplus
-}
-#endif
+ZEM_BODIES_END
 
 #endif
 

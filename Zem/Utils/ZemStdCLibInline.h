@@ -10,9 +10,7 @@
 
 #if defined(ZEM_INLINE)
 
-#ifdef __cplusplus
-extern "C" {
-#endif
+ZEM_BODIES_BEGIN
 
 ZEM_INLINE ZemVoidPtr ZemMemSet(ZemVoidPtr dst, int value, ZemSizeT size)
 {
@@ -41,9 +39,7 @@ ZEM_INLINE ZemUint32 ZemStrToUint32(const char* start, char** end, int base)
     return (ZemUint32)strtoul(start, end, base);
 }
 
-#ifdef __cplusplus
-}
-#endif
+ZEM_BODIES_END
 
 #endif
 

@@ -9,7 +9,9 @@
 // time synchronisation but never stepped.
 //
 // The library keeps the two in an object of their own, so that a program which links the static
-// library may bring its own host by defining both (one alone does not link).
+// library may bring its own host by defining both (one alone does not link). Their names have no
+// prefix: a program that defines one of them while it runs with the shared library replaces that
+// one for the library as well, without a word from the linker.
 
 #ifndef ZEM_OS_SYSDEP_ZEMHOSTCLOCK_H
 #define ZEM_OS_SYSDEP_ZEMHOSTCLOCK_H

@@ -32,11 +32,11 @@ static_assert(sizeof(ZemBool) == 1, "ZemBool has 8 bits");
 static_assert(sizeof(ZemSizeT) == 8, "ZemSizeT has 64 bits");
 static_assert(sizeof(ZemDistanceT) == 8, "ZemDistanceT has 64 bits");
 static_assert(sizeof(ZemVoidPtr) == 8, "pointers have 64 bits");
-static_assert((ZemInt)-1 < 0 && (ZemInt64)-1 < 0 && (ZemDistanceT)-1 < 0, "signed types");
-static_assert((ZemUint)-1 > 0 && (ZemUint64)-1 > 0 && (ZemSizeT)-1 > 0, "unsigned types");
 
-// ZEM_API marks what the shared library exports; everything else in it is hidden.
-#if defined(__GNUC__)
+// ZEM_API marks what the shared library exports; everything else in it is hidden. ZEM_SHARED is set
+// by shared builds and by those who link them. Without it nothing is exported, so that a shared
+// object which embeds the static library does not offer our functions as its own.
+#if defined(ZEM_SHARED) && defined(__GNUC__)
 #define ZEM_API __attribute__((visibility("default")))
 #else
 #define ZEM_API
@@ -53,6 +53,21 @@ static_assert((ZemUint)-1 > 0 && (ZemUint64)-1 > 0 && (ZemSizeT)-1 > 0, "unsigne
 #define ZEM_INLINE
 #elif defined(__GNUC__)
 #define ZEM_INLINE extern inline __attribute__((gnu_inline))
+#endif
+
+// These stand around the bodies, which are C: a caller in C++ may have warnings on that C's casts
+// and null pointers raise.
+#if defined(__cplusplus) && defined(__GNUC__)
+#define ZEM_BODIES_BEGIN                                                                  \
+    _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Wold-style-cast\"") \
+        _Pragma("GCC diagnostic ignored \"-Wzero-as-null-pointer-constant\"") extern "C"  \
+    {
+#define ZEM_BODIES_END \
+    }                  \
+    _Pragma("GCC diagnostic pop")
+#else
+#define ZEM_BODIES_BEGIN
+#define ZEM_BODIES_END
 #endif
 
 #endif
