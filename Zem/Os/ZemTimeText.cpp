@@ -184,8 +184,9 @@ ZemSizeT ZemTimeParseDuration(ZemTime* t, const char* s, ZemSizeT size)
 
 namespace {
 
-// Room for a text of four-digit years and any offset, with what words write behind its end.
-constexpr ZemSizeT kRoom = 48;
+// Room for a text of four-digit years and any offset. Words write no further, so that callers who
+// take the sizes of the header get their texts written in place: a copy doubles the time.
+constexpr ZemSizeT kRoom = ZEM_TIME_PRINT_SIZE;
 
 // What texts seldom need stands in functions of its own, which are not inlined: it would take
 // registers from the others, a fifth of the time of a text.
@@ -325,9 +326,11 @@ namespace {
 ZemSizeT ZemGregorianTimePrint(const ZemGregorianTime* gt, ZemInt digits, char* buf, ZemSizeT len)
 {
     ZemPrintedTime_ x = ZemFieldsOfRecord(gt);
-    return len >= kRoom && ZemFieldsFillTheirWidth(&x)
-               ? WriteTimestamp(buf, &x, ZemGregorianTimeGetUTCOffset(gt), digits)
-               : PrintAny(gt, digits, buf, len);
+    ZemInt offset = ZemGregorianTimeGetUTCOffset(gt);
+    constexpr ZemInt kHundredHours = 360000;
+    bool fits = len >= ZEM_GREGORIAN_TIME_PRINT_SIZE && ZemFieldsFillTheirWidth(&x) &&
+                offset > -kHundredHours && offset < kHundredHours;
+    return fits ? WriteTimestamp(buf, &x, offset, digits) : PrintAny(gt, digits, buf, len);
 }
 
 namespace {
