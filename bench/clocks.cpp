@@ -9,7 +9,7 @@
 #include <chrono>
 #include <cstdlib>
 
-#include "Zem/Os/ZemTimeInline.h"
+#include "Zem/Os/ZemTime.hpp"
 #include "harness.h"
 
 namespace bench {
@@ -61,6 +61,7 @@ void RegisterClocks()
     auto addMonotonic = Adder("monotonic reading", NearKernel(CLOCK_MONOTONIC));
     addMonotonic("ours inline", [] { return ZemTimeGetCurrentMonotonicTime(); });
     addMonotonic("ours exported", [] { return Exported(ZemTimeGetCurrentMonotonicTime)(); });
+    addMonotonic("C++ face", [] { return ReadStd<zem::MonotonicClock>(); });
     addMonotonic("hand kernel", [] { return Read(CLOCK_MONOTONIC); });
     addMonotonic("steady_clock", [] { return ReadStd<std::chrono::steady_clock>(); });
     addMonotonic("GLib", [] { return g_get_monotonic_time() * ZemTime{1000}; });

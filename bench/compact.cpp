@@ -10,8 +10,7 @@
 #include <string>
 #include <string_view>
 
-#include "Zem/Os/ZemTimeInline.h"
-#include "Zem/Os/ZemTimeText.h"
+#include "Zem/Os/ZemTime.hpp"
 #include "limit.h"
 #include "values.h"
 
@@ -213,6 +212,10 @@ void RegisterReading()
         ZemSizeT taken = ZemTimeParseDuration(&t, texts[i].data(), texts[i].size());
         return taken == texts[i].size() ? t : ZEM_TIME_INFINITE;
     });
+    job.Add("C++ face", [](std::size_t i) {
+        std::optional<std::chrono::nanoseconds> read = zem::ParseDuration(texts[i]);
+        return read ? zem::FromChrono(*read) : ZEM_TIME_INFINITE;
+    });
     job.Add("Abseil ParseDuration", [](std::size_t i) {
         absl::Duration read;
         return absl::ParseDuration(texts[i], &read) ? absl::ToInt64Nanoseconds(read)
@@ -231,6 +234,9 @@ void RegisterCompact()
     };
     add("ours exported",
         [](std::size_t i) { return ZemTimePrintCompact(g_durations[i], g_buf, sizeof g_buf); });
+    job.Add(
+        "C++ face", [](std::size_t i) { return zem::Compact(zem::ToDuration(g_durations[i])); },
+        [](const auto& text) { return std::string_view(text); });
     add("hand kernel",
         [](std::size_t i) { return limit::PrintCompact(g_durations[i], g_buf, sizeof g_buf); });
     add("{fmt} by hand, compiled",

@@ -9,8 +9,7 @@
 #include <cstring>
 #include <sstream>
 
-#include "Zem/Os/ZemTimeInline.h"
-#include "Zem/Os/ZemTimeText.h"
+#include "Zem/Os/ZemTime.hpp"
 #include "calendars.h"
 #include "limit.h"
 #include "values.h"
@@ -200,6 +199,12 @@ void AddSized(Job<Reference>& job, const Texts* texts, const std::string* inputs
     };
     add("ours exported", [](auto... text) { return ZemTimeParse(text...); });
     add("hand kernel", [](auto... text) { return limit::ParseWithin(text...); });
+    job.Add("C++ face", [=](std::size_t i) {
+        std::string_view rest = inputs[i];
+        std::optional<zem::Instant> t = zem::ReadInstant(rest);
+        std::size_t taken = inputs[i].size() - rest.size();
+        return t && taken == texts->strings[i].size() ? zem::FromChrono(*t) : ZEM_TIME_INFINITE;
+    });
     // It asks for a NUL, which these strings have.
     job.Add("strptime + timegm", [=](std::size_t i) { return WithStrptime(inputs[i].c_str()); });
 }

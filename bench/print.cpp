@@ -11,8 +11,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "Zem/Os/ZemTimeInline.h"
-#include "Zem/Os/ZemTimeText.h"
+#include "Zem/Os/ZemTime.hpp"
 #include "calendars.h"
 #include "limit.h"
 #include "values.h"
@@ -260,6 +259,13 @@ void RegisterInstant(const std::string& name, const char* abseilFormat)
             return ZemTimePrint(g_instants[i], offset(i), digits, buf, len);
         });
     });
+    job.Add(
+        "C++ face",
+        [=](std::size_t i) {
+            return zem::Print(zem::ToInstant(g_instants[i]), digits,
+                              std::chrono::seconds(offset(i)));
+        },
+        [](const auto& text) { return std::string(text.c_str()); });
     job.Add("hand kernel", [=](std::size_t i) {
         return Written([=](char* buf, std::size_t len) {
             return limit::PrintInstant(g_instants[i], offset(i), digits, buf, len);

@@ -7,8 +7,7 @@
 #include <cstring>
 #include <vector>
 
-#include "Zem/Os/ZemTimeInline.h"
-#include "Zem/Os/ZemTimeRangeSet.h"
+#include "Zem/Os/ZemTime.hpp"
 #include "values.h"
 
 namespace bench {
@@ -444,6 +443,11 @@ void RegisterFind(const char* count, std::size_t size)
     add("ours exported", [=](ZemTime t) {
         auto found = ZemTimeRangeSetFind(&view, t);
         return found != nullptr ? found->begin : ZemTime{0};
+    });
+    auto* face = new zem::RangeSet(zem::RangeVector(x.data(), x.data() + size));
+    add("C++ face", [=](ZemTime t) {
+        auto found = face->find(t);
+        return found != face->end() ? zem::Upper(*found) : ZemTime{0};
     });
     add("std::lower_bound", [&x](ZemTime t) {
         auto it = std::lower_bound(x.begin(), x.end(), t,

@@ -94,7 +94,8 @@ COMPARED = {
     "compact duration": "duration for people",
     "monotonic reading": "reading the clock",
 }
-NO_PEERS = {"ours inline", "ours exported", "hand kernel", "hand kernel, called"}
+FACE = "C++ face"
+NO_PEERS = {"ours inline", "ours exported", "hand kernel", "hand kernel, called", FACE}
 
 
 class Column:
@@ -245,6 +246,16 @@ def print_libraries(jobs):
                  for job, label in COMPARED.items() if job in jobs])
 
 
+def print_face(jobs):
+    """The C++ headers do the job by the calls of C: what they add to it."""
+    rows = [[job, number(ours(columns).median()), figure(columns, FACE),
+             f"{columns[FACE].median() / ours(columns).median():.2f}"]
+            for job, columns in jobs.items() if FACE in columns]
+    if rows:
+        print("\nThe C++ headers beside the calls of C:\n")
+        print_table(["job", "C, ns", "C++, ns", "ratio"], rows)
+
+
 def print_sizes(context):
     if "zone_bytes" in context:
         print(f"Bytes of a zone, of all on the machine: {context['zone_bytes']}.")
@@ -273,6 +284,7 @@ def main():
     )
     print_remarks(jobs)
     print_libraries(jobs)
+    print_face(jobs)
     print_sizes(results["context"])
     print("\n### Every column\n")
     print_table(

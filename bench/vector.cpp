@@ -7,7 +7,7 @@
 #include <memory_resource>
 #include <vector>
 
-#include "Zem/Os/ZemTimeInline.h"
+#include "Zem/Os/ZemTime.hpp"
 #include "values.h"
 
 namespace bench {
@@ -127,6 +127,7 @@ struct Std {
     }
 };
 
+using Face = Std<zem::RangeVector>;
 using StdVector = Std<std::vector<ZemTimeRange>>;
 using PmrVector = Std<std::pmr::vector<ZemTimeRange>>;
 
@@ -302,6 +303,7 @@ void RegisterVector()
     ZemAllocatorConstructMalloc(&g_malloc, SIZE_MAX);
     Add<Zem<Inlined>>("ours inline");
     Add<Zem<Called>>("ours exported");
+    Add<Face>("C++ face");
     Add<Raw>("hand kernel", true);
     Add<StdVector>("std::vector");
     Add<PmrVector>("std::pmr::vector");

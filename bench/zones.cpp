@@ -1,14 +1,12 @@
 // Named zones: instant to fields with their UTC offset, fields to instant, both answers of a
 // repeated time, and loading a zone. The reference is localtime_r under each zone's TZ.
 
-#include "Zem/Os/ZemTimeZone.h"
-
 #include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
 
-#include "Zem/Os/ZemTimeInline.h"
+#include "Zem/Os/ZemTime.hpp"
 #include "locals.h"
 
 namespace bench {
@@ -34,6 +32,7 @@ ZemAllocator* Allocator()
 // Every zone as each library has it.
 struct AllZones {
     ZemTimeZone ours[kZones];
+    std::optional<zem::Zone> face[kZones];
     cctz::time_zone cctz[kZones];
     absl::TimeZone absl[kZones];
     const date::time_zone* date[kZones];
@@ -48,6 +47,7 @@ const AllZones& Load()
                 std::fprintf(stderr, "No zone %s on this machine\n", kNames[z]);
                 std::exit(1);
             }
+            made.face[z] = zem::Zone::named(kNames[z]);
             made.cctz[z] = CctzZone(kNames[z]);
             made.absl[z] = AbslZone(kNames[z]);
             made.date[z] = date::locate_zone(kNames[z]);
@@ -105,6 +105,8 @@ void RegisterZoneBreakdown(const std::string& name, int threads)
         ZemGregorianTimeConstructInZone(&gt, v.instants[i], &zones.ours[i % Zones]);
         return gt;
     });
+    add("C++ face",
+        [](std::size_t i) { return zones.face[i % Zones]->record(zem::ToInstant(v.instants[i])); });
     add("cctz",
         [](std::size_t i) { return BreakDownWithCctz(v.instants[i], zones.cctz[i % Zones]); });
     add("Abseil",
@@ -136,6 +138,10 @@ void RegisterZoneComposition(const std::string& name, int threads)
     job.Add("ours exported", [](std::size_t i) {
         return ZemGregorianTimeGetTimeInZone(&v.records[i], &zones.ours[i % Zones]);
     });
+    job.Add("C++ face", [](std::size_t i) {
+        std::optional<zem::Instant> t = zones.face[i % Zones]->instant(v.records[i]);
+        return t ? zem::FromChrono(*t) : ZEM_TIME_INFINITE;
+    });
     job.Add("cctz",
             [](std::size_t i) { return ComposeWithCctz(v.records[i], zones.cctz[i % Zones]); });
     job.Add("Abseil",
@@ -165,6 +171,9 @@ void RegisterResolve()
             ZemGregorianTimeResolve(&v.records[i], &zones.ours[0], &result);
             return result;
         },
+        [](const ZemLocalTime& r) { return r.kind == 0 ? r.earlier : ZEM_TIME_INFINITE; });
+    job.Add(
+        "C++ face", [](std::size_t i) { return zones.face[0]->resolve(v.records[i]); },
         [](const ZemLocalTime& r) { return r.kind == 0 ? r.earlier : ZEM_TIME_INFINITE; });
     using Lookup = std::pair<cctz::time_zone::civil_lookup, ZemTime>;
     job.Add(

@@ -25,7 +25,6 @@ class LineReader {
     // share no line and leave none out.
     LineReader(int descriptor, off_t first, off_t begin, off_t end, size_t blockSize = kBlockSize);
 
-    // What the input begins with, behind a byte order mark: a dozen bytes or more where there are
     // What the input begins with, behind a byte order mark: at least `enough` bytes where there are
     // as many and a block holds them. To be called once, before Next, and of no part but the first.
     std::string_view Beginning(size_t enough = 16);
